@@ -1,0 +1,107 @@
+// MVLNotificationServiceExtension: enriches and measures each notification before it is shown.
+//
+//   auto extension = std::make_shared<MVLNotificationServiceExtension>();
+//   extension->didReceiveNotificationRequest(request, [](auto content) { show(content); });
+//
+// For a notification that this system sent it schedules the display tracking request and one
+// download per attachment, starts them all at once and calls the handler with the enriched content
+// when the last one has finished, or earlier when the platform says that time is up. Any other
+// notification is handed back untouched.
+//
+// Objects must be owned by a std::shared_ptr: completions hold weak references, and without an
+// owner they would find nothing. Requests and expiry may arrive on any threads while completions
+// run on the session's callback thread; the handler is called on whichever of them delivers. It is
+// called a second time when tasks finish after time has expired.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "morvelune/platform/AtomicProperty.h"
+#include "morvelune/platform/UNNotificationServiceExtension.h"
+#include "morvelune/platform/URL.h"
+#include "morvelune/platform/URLSession.h"
+#include "morvelune/platform/Value.h"
+
+namespace morvelune {
+
+class MVLNotificationServiceExtension
+    : public UNNotificationServiceExtension,
+      public std::enable_shared_from_this<MVLNotificationServiceExtension> {
+ public:
+  // A copy of the content that would be delivered now: the attachments finished so far, in the
+  // order of their identifiers. Null before the first request of this system. Any thread.
+  [[nodiscard]] std::shared_ptr<const UNNotificationContent> mvlBestAttemptContent();
+
+  // Processes one request. The handler must not be empty. It gets the request's own content, at
+  // once, when this system did not send the notification or when there is nothing to do for it.
+  void didReceiveNotificationRequest(const UNNotificationRequest& request,
+                                     ContentHandler withContentHandler) override;
+
+  // Calls the handler at once with what has been collected so far, whether or not it was called
+  // before. There must have been a request of this system.
+  void serviceExtensionTimeWillExpire() override;
+
+ protected:
+  using Tasks = std::vector<std::shared_ptr<URLSessionTask>>;
+  using Attachments = UNNotificationContent::Attachments;
+
+  // Puts the attachments in place and calls the handler with the best attempt content itself.
+  void excuteCompletionHandler();
+  // Sets the best attempt content's attachments: those collected, by ascending identifier.
+  void updateBestAttemptContentAttachements();
+
+  // The display tracking request, not started; raises the operations count. Null, with no effect,
+  // when the payload gives no tracking address for "display".
+  [[nodiscard]] std::shared_ptr<URLSessionTask> trackingTaskForNotification(
+      const Dictionary& notification);
+  // One download per entry of "mvl-atts", in order, not started; raises the operations count by
+  // their number before the first is made. Empty when there are none.
+  [[nodiscard]] Tasks attachmentsTasksForNotification(const Dictionary& notification);
+  // The download of one entry, not started. An entry without a valid address gives a task that
+  // fails; the identifier is "mvl.default.id" when the entry has none.
+  [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskForAttachment(
+      const Dictionary& attachment);
+  // Moves a downloaded file to a unique name in its folder. Gives that name's file URL, also when
+  // the move failed, which is logged.
+  [[nodiscard]] URL saveTempFile(const URL& tempFile, const std::string& attachmentWithIdentifier);
+
+  // Signature records by type: Uniform Type Identifier to an array of records of FSign(). The same
+  // object on every call. Any thread.
+  [[nodiscard]] Dictionary UTIMap() const;
+  // The type that the first 16 bytes tell; empty when no signature matches or there are fewer.
+  [[nodiscard]] std::optional<std::string> UTIForData(const std::optional<Data>& data) const;
+  // The type that the content tells, else the file name's extension; the latter is logged.
+  [[nodiscard]] std::optional<std::string> UTIForData(
+      const std::optional<Data>& data, const std::optional<std::string>& suggestedFilename) const;
+  // File-name extensions in lower case to types. The same object on every call. Any thread.
+  [[nodiscard]] Dictionary knownExtensionsMap() const;
+
+  // The properties: the whole state. Each single read and single write is indivisible.
+  [[nodiscard]] ContentHandler internalContentHandler() const;
+  void setInternalContentHandler(ContentHandler handler);
+  [[nodiscard]] std::shared_ptr<UNMutableNotificationContent> internalBestAttemptContent() const;
+  void setInternalBestAttemptContent(std::shared_ptr<UNMutableNotificationContent> content);
+  // In the order in which their downloads completed.
+  [[nodiscard]] Attachments internalAttachments() const;
+  void setInternalAttachments(Attachments attachments);
+  // How many scheduled tasks have not completed yet.
+  [[nodiscard]] std::size_t internalOperationsCount() const;
+  void setInternalOperationsCount(std::size_t count);
+
+ private:
+  void finishDownload(const std::optional<URL>& attachmentURL, const std::string& identifier,
+                      const URL& location, const std::optional<std::string>& suggestedFilename);
+  void countDown();
+  void deliverIfFinished();
+
+  AtomicProperty<ContentHandler> internalContentHandler_;
+  AtomicProperty<std::shared_ptr<UNMutableNotificationContent>> internalBestAttemptContent_;
+  AtomicProperty<Attachments> internalAttachments_;
+  AtomicProperty<std::size_t> internalOperationsCount_;
+};
+
+}  // namespace morvelune

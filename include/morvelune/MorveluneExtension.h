@@ -1,0 +1,19 @@
+// The whole public interface of the library, and its two version symbols.
+#pragma once
+
+#include "morvelune/FSign.h"
+#include "morvelune/MVLCommonHelpers.h"
+#include "morvelune/MVLConstants.h"
+#include "morvelune/MVLNotificationServiceExtension.h"
+#include "morvelune/MVLPushHelpers.h"
+#include "morvelune/MVLURLHelpers.h"
+#include "morvelune/UIScreenMorvelune.h"
+#include "morvelune/UNNotificationToDictionary.h"
+#include "morvelune/platform/Platform.h"
+
+extern "C" {
+// "@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1\n", found by what(1) and strings(1).
+extern const unsigned char MorveluneExtensionVersionString[];
+// 1.0
+extern const double MorveluneExtensionVersionNumber;
+}

@@ -1,0 +1,25 @@
+// SystemLog: the platform's general log.
+#pragma once
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace morvelune {
+
+// Callable from any thread.
+class SystemLog {
+ public:
+  virtual ~SystemLog() = default;
+
+  // Writes one line: `format` with each "%@" replaced by the next value. An absent value prints as
+  // "(null)". Control characters and line separators in values are written escaped ("\n",
+  // "\u001B"), so that what a payload or a server says cannot forge a line.
+  void log(std::string_view format, std::initializer_list<std::optional<std::string_view>> values);
+
+  // Writes a finished line, which holds no line break, in one piece.
+  virtual void writeLine(const std::string& line) = 0;
+};
+
+}  // namespace morvelune

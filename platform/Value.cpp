@@ -1,0 +1,212 @@
+#include "morvelune/platform/Value.h"
+
+#include <algorithm>
+
+namespace morvelune {
+namespace {
+
+// Releases values with constant stack: while one release runs on a thread, containers that die on
+// it hand their children over instead of releasing them from within.
+void release(std::vector<Value> values) {
+  thread_local std::vector<Value>* running = nullptr;
+  if (running != nullptr) {
+    std::move(values.begin(), values.end(), std::back_inserter(*running));
+    return;
+  }
+  running = &values;
+  while (!values.empty()) {
+    const Value last = std::move(values.back());
+    values.pop_back();
+  }
+  running = nullptr;
+}
+
+// Sorts by key; of entries with equal keys the last one stays.
+void normalise(std::vector<Dictionary::Entry>& entries) {
+  const auto keyLess = [](const auto& left, const auto& right) { return left.key < right.key; };
+  std::stable_sort(entries.begin(), entries.end(), keyLess);
+  const auto keyEqual = [](const auto& left, const auto& right) { return left.key == right.key; };
+  const auto firstKept = std::unique(entries.rbegin(), entries.rend(), keyEqual);
+  entries.erase(entries.begin(), firstKept.base());
+}
+
+}  // namespace
+
+struct Array::Storage {
+  explicit Storage(std::vector<Value> all) : values(std::move(all)) {}
+  Storage(const Storage&) = delete;
+  Storage& operator=(const Storage&) = delete;
+  ~Storage() { release(std::move(values)); }
+
+  std::vector<Value> values;
+};
+
+struct Dictionary::Storage {
+  explicit Storage(std::vector<Entry> all) : entries(std::move(all)) { normalise(entries); }
+  Storage(const Storage&) = delete;
+  Storage& operator=(const Storage&) = delete;
+  ~Storage() {
+    std::vector<Value> values;
+    values.reserve(entries.size());
+    for (Entry& entry : entries) values.push_back(std::move(entry.value));
+    release(std::move(values));
+  }
+
+  std::vector<Entry> entries;
+};
+
+Data::Data(std::vector<std::byte> bytes) {
+  auto owned = std::make_shared<const std::vector<std::byte>>(std::move(bytes));
+  bytes_ = *owned;
+  owner_ = std::move(owned);
+}
+
+Data::Data(std::shared_ptr<const void> owner, std::span<const std::byte> bytes)
+    : owner_(std::move(owner)), bytes_(bytes) {}
+
+Data Data::copyOf(std::string_view bytes) {
+  const auto* first = reinterpret_cast<const std::byte*>(bytes.data());
+  return Data(std::vector<std::byte>(first, first + bytes.size()));
+}
+
+bool operator==(const Data& left, const Data& right) {
+  return std::equal(left.bytes_.begin(), left.bytes_.end(), right.bytes_.begin(),
+                    right.bytes_.end());
+}
+
+Array::Array(std::initializer_list<Value> values) : Array(std::vector<Value>(values)) {}
+
+Array::Array(std::vector<Value> values)
+    : storage_(std::make_shared<const Storage>(std::move(values))) {}
+
+std::size_t Array::size() const {
+  return storage_ ? storage_->values.size() : 0;
+}
+
+Value Array::value(std::size_t index) const {
+  return index < size() ? storage_->values[index] : Value();
+}
+
+std::optional<Dictionary> Array::dictionary(std::size_t index) const {
+  return value(index).dictionary();
+}
+
+const Value* Array::begin() const {
+  return storage_ ? storage_->values.data() : nullptr;
+}
+const Value* Array::end() const {
+  return begin() + size();
+}
+
+bool operator==(const Array& left, const Array& right) {
+  return left.isSameObject(right) ||
+         std::equal(left.begin(), left.end(), right.begin(), right.end());
+}
+
+Dictionary::Dictionary(std::initializer_list<Entry> entries)
+    : Dictionary(std::vector<Entry>(entries)) {}
+
+Dictionary::Dictionary(std::vector<Entry> entries)
+    : storage_(std::make_shared<const Storage>(std::move(entries))) {}
+
+std::size_t Dictionary::size() const {
+  return storage_ ? storage_->entries.size() : 0;
+}
+
+const Value* Dictionary::find(std::string_view key) const {
+  const auto* found = std::lower_bound(
+      begin(), end(), key, [](const Entry& entry, std::string_view k) { return entry.key < k; });
+  return found != end() && found->key == key ? &found->value : nullptr;
+}
+
+bool Dictionary::contains(std::string_view key) const {
+  return find(key) != nullptr;
+}
+
+std::optional<Value> Dictionary::value(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<bool> Dictionary::boolean(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->boolean() : std::nullopt;
+}
+
+std::optional<std::int64_t> Dictionary::integer(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->integer() : std::nullopt;
+}
+
+std::optional<double> Dictionary::real(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->real() : std::nullopt;
+}
+
+std::optional<std::string> Dictionary::string(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->string() : std::nullopt;
+}
+
+std::optional<Data> Dictionary::data(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->data() : std::nullopt;
+}
+
+std::optional<Array> Dictionary::array(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->array() : std::nullopt;
+}
+
+std::optional<Dictionary> Dictionary::dictionary(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->dictionary() : std::nullopt;
+}
+
+Dictionary Dictionary::with(std::string_view key, Value value) const {
+  std::vector<Entry> entries(begin(), end());
+  entries.push_back({std::string(key), std::move(value)});
+  return Dictionary(std::move(entries));
+}
+
+Dictionary Dictionary::with(const Dictionary& other) const {
+  std::vector<Entry> entries(begin(), end());
+  entries.insert(entries.end(), other.begin(), other.end());
+  return Dictionary(std::move(entries));
+}
+
+Dictionary Dictionary::without(std::span<const std::string_view> keys) const {
+  std::vector<Entry> entries;
+  std::copy_if(begin(), end(), std::back_inserter(entries), [keys](const Entry& entry) {
+    return std::find(keys.begin(), keys.end(), entry.key) == keys.end();
+  });
+  return Dictionary(std::move(entries));
+}
+
+const Dictionary::Entry* Dictionary::begin() const {
+  return storage_ ? storage_->entries.data() : nullptr;
+}
+const Dictionary::Entry* Dictionary::end() const {
+  return begin() + size();
+}
+
+bool operator==(const Dictionary& left, const Dictionary& right) {
+  return left.isSameObject(right) ||
+         std::equal(left.begin(), left.end(), right.begin(), right.end());
+}
+
+Value::Type Value::type() const {
+  // In the order of the variant's alternatives: both integer ones are one type.
+  constexpr Type types[] = {Type::null,   Type::boolean, Type::integer, Type::integer,   Type::real,
+                            Type::string, Type::data,    Type::array,   Type::dictionary};
+  return types[held_.index()];
+}
+
+std::optional<std::uint64_t> Value::unsignedInteger() const {
+  if (const auto* held = std::get_if<std::int64_t>(&held_)) {
+    return *held >= 0 ? std::optional(static_cast<std::uint64_t>(*held)) : std::nullopt;
+  }
+  return get<std::uint64_t>();
+}
+
+}  // namespace morvelune
