@@ -1,0 +1,204 @@
+#include "platform/linux/CurlTransfer.h"
+
+#include <utility>
+
+#include "platform/linux/SuggestedFilename.h"
+
+namespace morvelune {
+namespace {
+
+bool isHTTP(const URL& url) {
+  const std::string scheme = url.scheme();
+  return scheme == "http" || scheme == "https";
+}
+
+int errorCode(CURLcode code) {
+  switch (code) {
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_URL_MALFORMAT:
+    case CURLE_BAD_FUNCTION_ARGUMENT:  // longer than libcurl takes
+      return NSURLErrorUnsupportedURL;
+    case CURLE_COULDNT_RESOLVE_HOST:
+      return NSURLErrorCannotFindHost;
+    case CURLE_COULDNT_CONNECT:
+      return NSURLErrorCannotConnectToHost;
+    case CURLE_OPERATION_TIMEDOUT:
+      return NSURLErrorTimedOut;
+    case CURLE_TOO_MANY_REDIRECTS:
+      return NSURLErrorHTTPTooManyRedirects;
+    case CURLE_FILESIZE_EXCEEDED:
+      return NSURLErrorDataLengthExceedsMaximum;
+    case CURLE_GOT_NOTHING:
+    case CURLE_HTTP2:
+    case CURLE_HTTP2_STREAM:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_RECV_ERROR:
+    case CURLE_SEND_ERROR:
+      return NSURLErrorNetworkConnectionLost;
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_CONNECT_ERROR:
+      return NSURLErrorSecureConnectionFailed;
+    case CURLE_BAD_CONTENT_ENCODING:
+    case CURLE_WEIRD_SERVER_REPLY:
+      return NSURLErrorBadServerResponse;
+    default:
+      return NSURLErrorUnknown;
+  }
+}
+
+// In the platform's words.
+const char* description(int code) {
+  switch (code) {
+    case NSURLErrorCancelled:
+      return "cancelled";
+    case NSURLErrorTimedOut:
+      return "The request timed out.";
+    case NSURLErrorUnsupportedURL:
+      return "unsupported URL";
+    case NSURLErrorCannotFindHost:
+      return "A server with the specified hostname could not be found.";
+    case NSURLErrorCannotConnectToHost:
+      return "Could not connect to the server.";
+    case NSURLErrorNetworkConnectionLost:
+      return "The network connection was lost.";
+    case NSURLErrorHTTPTooManyRedirects:
+      return "too many HTTP redirects";
+    case NSURLErrorBadServerResponse:
+      return "bad server response";
+    case NSURLErrorDataLengthExceedsMaximum:
+      return "resource exceeds maximum size";
+    case NSURLErrorSecureConnectionFailed:
+      return "A secure connection to the server could not be made.";
+    case NSURLErrorCannotCreateFile:
+      return "cannot create file";
+    case NSURLErrorCannotWriteToFile:
+      return "cannot write file";
+    default:
+      return "unknown error";
+  }
+}
+
+}  // namespace
+
+FinishedTransfer failedTransfer(TransferRequest request, int code) {
+  return {std::move(request.completion),
+          {{}, {}, {}, Error{NSURLErrorDomain, code, description(code)}}};
+}
+
+CurlTransfer::CurlTransfer(TransferRequest request, const URLSessionOptions& options)
+    : request_(std::move(request)), options_(options) {}
+
+std::optional<int> CurlTransfer::prepare() {
+  // libcurl would take an address without a scheme for http.
+  if (!request_.url || !isHTTP(*request_.url)) return NSURLErrorUnsupportedURL;
+  if (request_.destination == BodyDestination::temporaryFile) {
+    file_ = TemporaryFile::create(options_.temporaryDirectory);
+    if (!file_) return NSURLErrorCannotCreateFile;
+  }
+  handle_.reset(curl_easy_init());
+  if (!handle_) return NSURLErrorUnknown;
+  const CURLcode configured = configure();
+  return configured == CURLE_OK ? std::nullopt : std::optional(errorCode(configured));
+}
+
+// Not set, because libcurl's defaults are right: GET, HTTP/2 over TLS, verified certificates, no
+// .netrc, no Referer.
+CURLcode CurlTransfer::configure() {
+  CURLcode result = CURLE_OK;
+  const auto set = [this, &result](CURLoption option, auto value) {
+    if (result == CURLE_OK) result = curl_easy_setopt(handle(), option, value);
+  };
+  set(CURLOPT_URL, request_.url->absoluteString().c_str());
+  set(CURLOPT_PATH_AS_IS, 1L);
+  set(CURLOPT_PROTOCOLS_STR, "http,https");
+  set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+  set(CURLOPT_FOLLOWLOCATION, 1L);
+  set(CURLOPT_MAXREDIRS, options_.maximumRedirects);
+  set(CURLOPT_USERAGENT, "MorveluneExtension/1.0");
+  set(CURLOPT_ACCEPT_ENCODING, "");  // all that libcurl can decode
+  set(CURLOPT_COOKIEFILE, "");       // cookies, of this transfer only
+  set(CURLOPT_PROXY, "");            // not even the environment's
+  set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_QUICK_EXIT, 1L);  // a name lookup that hangs is left behind
+  // libcurl's own bound is 300 s, however long this transfer may stand still.
+  set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.idleTimeout.count()));
+  // Refuses an answer by its Content-Length; receive() has the last word.
+  set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumBytes()));
+
+  using Callback = std::size_t (*)(char*, std::size_t, std::size_t, void*);
+  set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+  set(CURLOPT_WRITEFUNCTION,
+      Callback([](char* bytes, std::size_t, std::size_t count, void* self) noexcept {
+        const std::span received(reinterpret_cast<const std::byte*>(bytes), count);
+        return static_cast<CurlTransfer*>(self)->receive(received) ? count : 0;
+      }));
+  set(CURLOPT_HEADERDATA, static_cast<void*>(this));
+  set(CURLOPT_HEADERFUNCTION,
+      Callback([](char*, std::size_t, std::size_t count, void* self) noexcept {
+        static_cast<CurlTransfer*>(self)->lastActivity_ = std::chrono::steady_clock::now();
+        return count;
+      }));
+  return result;
+}
+
+bool CurlTransfer::receive(std::span<const std::byte> bytes) {
+  lastActivity_ = std::chrono::steady_clock::now();
+  received_ += static_cast<std::int64_t>(bytes.size());
+  if (received_ > maximumBytes()) {
+    receivingFailed_ = NSURLErrorDataLengthExceedsMaximum;
+  } else if (!file_) {
+    data_.insert(data_.end(), bytes.begin(), bytes.end());
+  } else if (!file_->write(bytes)) {
+    receivingFailed_ = NSURLErrorCannotWriteToFile;
+  }
+  return !receivingFailed_;
+}
+
+FinishedTransfer CurlTransfer::finish(CURLcode result) {
+  if (result != CURLE_OK) return fail(failureCode(result));
+  if (file_ && !file_->close()) return fail(NSURLErrorCannotWriteToFile);
+  return {std::move(request_.completion),
+          {response(), std::move(data_), std::move(file_), std::nullopt}};
+}
+
+FinishedTransfer CurlTransfer::fail(int code) {
+  file_.reset();
+  return failedTransfer(std::move(request_), code);
+}
+
+int CurlTransfer::failureCode(CURLcode result) const {
+  if (receivingFailed_) return *receivingFailed_;
+  // libcurl says "unsupported protocol" of a redirect to another scheme, and of an answer from an
+  // HTTP server that is not HTTP.
+  const std::optional<URL> last = URL::parse(effectiveURL());
+  if (result == CURLE_UNSUPPORTED_PROTOCOL && last && isHTTP(*last)) {
+    return NSURLErrorBadServerResponse;
+  }
+  return errorCode(result);
+}
+
+URLResponse CurlTransfer::response() const {
+  long status = 0;
+  curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+  constexpr int lastRequest = -1;  // after all redirects
+  curl_header* header = nullptr;
+  std::optional<std::string_view> disposition;
+  if (curl_easy_header(handle(), "Content-Disposition", 0, CURLH_HEADER, lastRequest, &header) ==
+      CURLHE_OK) {
+    disposition = header->value;
+  }
+  return {static_cast<int>(status), suggestedFilename(disposition, effectiveURL())};
+}
+
+std::string CurlTransfer::effectiveURL() const {
+  const char* url = nullptr;
+  curl_easy_getinfo(handle(), CURLINFO_EFFECTIVE_URL, &url);
+  return url != nullptr ? url : "";
+}
+
+std::int64_t CurlTransfer::maximumBytes() const {
+  return file_ ? options_.maximumDownloadBytes : options_.maximumDataBytes;
+}
+
+}  // namespace morvelune

@@ -1,0 +1,237 @@
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
+#include <unicode/edits.h>
+#include <unicode/locid.h>
+#include <unicode/regex.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <clocale>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+#include "platform/linux/LinuxServices.h"
+
+namespace morvelune {
+namespace {
+
+// In ICU's units, which are about a millisecond each: no expression holds a thread longer.
+constexpr std::int32_t regexTimeLimit = 1000;
+
+constexpr std::string_view queryPunctuation = "!$&'()*+,-./:;=?@_~";
+constexpr std::string_view unreservedPunctuation = "-._~";
+
+icu::UnicodeString utf16(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(text);
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+bool isASCII(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return U8_IS_SINGLE(c); });
+}
+
+// Reads the code point at `index` and steps over it; negative for a bad sequence.
+UChar32 next(std::string_view text, std::int32_t& index) {
+  UChar32 codePoint = 0;
+  U8_NEXT(text.data(), index, static_cast<std::int32_t>(text.size()), codePoint);
+  return codePoint;
+}
+
+bool isWellFormed(std::string_view text) {
+  for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size());) {
+    if (next(text, i) < 0) return false;
+  }
+  return true;
+}
+
+// Text in lower case, with the changes that made it from the original.
+class Lowercased {
+ public:
+  explicit Lowercased(std::string_view original) : originalSize_(original.size()) {
+    icu::Edits repairs;
+    icu::Edits caseChanges;
+    const std::string repaired = repair(original, repairs);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::StringByteSink<std::string> sink(&text_);
+    icu::CaseMap::utf8ToLower("", 0, repaired, sink, &caseChanges, status);
+    edits_.mergeAndAppend(repairs, caseChanges, status);
+    if (U_FAILURE(status)) throw std::bad_alloc();  // all that can go wrong
+  }
+
+  [[nodiscard]] const std::string& text() const { return text_; }
+
+  // The first occurrence, as a range of the original. One that begins or ends within a character
+  // of the original is none.
+  [[nodiscard]] NSRange find(std::string_view pattern) const {
+    auto changes = edits_.getFineIterator();
+    for (std::size_t at = text_.find(pattern); at != std::string::npos;
+         at = text_.find(pattern, at + 1)) {
+      const auto begin = originalIndex(changes, at);
+      const auto end = originalIndex(changes, at + pattern.size());
+      if (begin && end) return {*begin, *end - *begin};
+    }
+    return {};
+  }
+
+ private:
+  // ICU's case mapping lets bad sequences stand as they are.
+  static std::string repair(std::string_view text, icu::Edits& repairs) {
+    constexpr std::string_view replacement = "\uFFFD";
+    std::string repaired;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size());) {
+      const std::int32_t start = i;
+      if (next(text, i) >= 0) {
+        repairs.addUnchanged(i - start);
+        repaired += text.substr(start, i - start);
+      } else {
+        repairs.addReplace(i - start, replacement.size());
+        repaired += replacement;
+      }
+    }
+    return repaired;
+  }
+
+  [[nodiscard]] std::optional<std::size_t> originalIndex(icu::Edits::Iterator& changes,
+                                                         std::size_t index) const {
+    if (index == text_.size()) return originalSize_;
+    UErrorCode status = U_ZERO_ERROR;
+    changes.findDestinationIndex(static_cast<std::int32_t>(index), status);
+    const std::size_t offset = index - changes.destinationIndex();
+    if (offset > 0 && changes.hasChange()) return std::nullopt;
+    return changes.sourceIndex() + offset;
+  }
+
+  std::size_t originalSize_;
+  std::string text_;
+  icu::Edits edits_;
+};
+
+NSRange rangeInASCII(std::string_view pattern, std::string_view text) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; };
+  const auto found =
+      std::search(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                  [lower](char left, char right) { return lower(left) == lower(right); });
+  if (found == text.end()) return {};
+  return {static_cast<std::size_t>(found - text.begin()), pattern.size()};
+}
+
+bool isLetterOrDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+// `kept` stands beside letters and digits.
+std::string percentEncoded(std::string_view text, std::string_view kept) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char c : utf8(utf16(text))) {
+    if (isLetterOrDigit(c) || kept.find(c) != std::string_view::npos) {
+      result += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      result += {'%', digits[byte / 16], digits[byte % 16]};
+    }
+  }
+  return result;
+}
+
+std::string_view withoutLeadingSpace(std::string_view text) {
+  std::int32_t start = 0;
+  for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size()); start = i) {
+    if (!u_isUWhiteSpace(next(text, i))) break;
+  }
+  return text.substr(start);
+}
+
+class LinuxText : public Text {
+ public:
+  [[nodiscard]] NSRange rangeIgnoringCase(std::string_view pattern,
+                                          std::string_view text) const override {
+    if (pattern.empty()) return {};
+    if (isASCII(pattern) && isASCII(text)) return rangeInASCII(pattern, text);
+    return Lowercased(text).find(Lowercased(pattern).text());
+  }
+
+  [[nodiscard]] std::string uppercased(std::string_view text) const override {
+    return utf8(utf16(text).toUpper(icu::Locale::getRoot()));
+  }
+
+  [[nodiscard]] std::string prefix(std::string_view text, std::size_t count) const override {
+    icu::UnicodeString units = utf16(text);
+    if (count < static_cast<std::size_t>(units.length())) {
+      units.truncate(units.getChar32Start(static_cast<std::int32_t>(count)));
+    }
+    return utf8(units);
+  }
+
+  [[nodiscard]] std::size_t length(std::string_view text) const override {
+    return utf16(text).length();
+  }
+
+  [[nodiscard]] bool matches(std::string_view text, std::string_view expression) const override {
+    const icu::UnicodeString input = utf16(text);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::RegexMatcher matcher(utf16(expression), input, 0, status);
+    matcher.setTimeLimit(regexTimeLimit, status);
+    return matcher.matches(status) && U_SUCCESS(status);
+  }
+
+  [[nodiscard]] double doubleValue(std::string_view text) const override {
+    text = withoutLeadingSpace(text);
+    // Of these alone no hexadecimal number, "inf" or "nan" can be made.
+    const std::string number(text.substr(0, text.find_first_not_of("0123456789+-.eE")));
+    static const locale_t classic = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return ::strtod_l(number.c_str(), nullptr, classic);
+  }
+
+  [[nodiscard]] std::string fixedNotation(double number) const override {
+    constexpr int decimals = 6;
+    // The longest number with its sign, its last digit before the '.', the '.' and the decimals.
+    std::array<char, std::numeric_limits<double>::max_exponent10 + 3 + decimals> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number,
+                                   std::chars_format::fixed, decimals);
+    return {text.data(), end.ptr};
+  }
+
+  [[nodiscard]] std::string addingPercentEncodingForQuery(std::string_view text) const override {
+    return percentEncoded(text, queryPunctuation);
+  }
+
+  [[nodiscard]] std::string addingPercentEscapes(std::string_view text) const override {
+    return percentEncoded(text, unreservedPunctuation);
+  }
+
+  [[nodiscard]] std::optional<std::string> removingPercentEncoding(
+      std::string_view text) const override {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (text[i] != '%') {
+        bytes += text[i];
+        continue;
+      }
+      const std::string_view digits = text.substr(i + 1, 2);
+      unsigned char byte = 0;
+      const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+      if (digits.size() < 2 || read.ptr != digits.data() + 2) return std::nullopt;
+      bytes += static_cast<char>(byte);
+      i += 2;
+    }
+    return isWellFormed(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+  }
+};
+
+}  // namespace
+
+std::shared_ptr<Text> makeLinuxText() {
+  return std::make_shared<LinuxText>();
+}
+
+}  // namespace morvelune
