@@ -1,0 +1,23 @@
+// Keeps delivered attachments in a folder of the user's.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "morvelune/platform/UNNotificationContent.h"
+
+namespace morvelune::tool {
+
+// Makes the folder, and those that it is in, unless it is there. Throws
+// std::filesystem::filesystem_error when that fails or no file can be made in it.
+void prepareKeepFolder(const std::filesystem::path& folder);
+
+// Puts each file into the folder, named by its position, identifier and type, such as
+// "1-photo.png"; what else is in the folder is left alone, and a name that is taken is changed to
+// "1-photo-2.png". Gives the new paths by the old ones, which stay until the caller removes them.
+// Throws std::filesystem::filesystem_error when a file cannot be kept.
+[[nodiscard]] std::map<std::string, std::string> keepAttachments(
+    const UNNotificationContent::Attachments& attachments, const std::filesystem::path& folder);
+
+}  // namespace morvelune::tool

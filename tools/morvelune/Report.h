@@ -1,0 +1,24 @@
+// What a delivery comes to, in words for people and as JSON for programs.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "tools/morvelune/Delivery.h"
+
+namespace morvelune::tool {
+
+struct Report {
+  bool recognised = false;  // this system sent the push
+  Outcome outcome;
+  std::map<std::string, std::string> keptPaths;  // of attachments, by where they were staged
+};
+
+// Both look at the attachments' files to tell their sizes and end with a line feed.
+//
+// A few aligned lines; control characters in what payload and servers say are written escaped.
+[[nodiscard]] std::string textReport(const Report& report);
+// One JSON object, on one line.
+[[nodiscard]] std::string jsonReport(const Report& report);
+
+}  // namespace morvelune::tool

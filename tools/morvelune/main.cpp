@@ -1,0 +1,45 @@
+// morvelune: shows on a desk what a push would become on a device.
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <iostream>
+
+#include "tools/morvelune/DeliverCommand.h"
+#include "tools/morvelune/ExitStatus.h"
+
+namespace {
+
+using namespace morvelune::tool;
+
+int run(int argc, char** argv) {
+  CLI::App app{"Shows what a device would make of a push before it is sent.", "morvelune"};
+  app.set_version_flag("--version", "morvelune " MORVELUNE_VERSION);
+  app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
+    return "morvelune: " + std::string(error.what()) + "\nSee: " + failed->get_name() + " --help\n";
+  });
+  app.require_subcommand(1);
+  DeliverOptions deliverOptions;
+  addDeliverCommand(app, deliverOptions);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {  // --help and --version, too
+    return app.exit(error) == 0 ? exitDelivered : exitUsage;
+  }
+  return deliverCommand(deliverOptions);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A reader that goes away must not end the process before its files are removed.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    const int status = run(argc, argv);
+    if (std::cout.flush()) return status;
+    std::cerr << "morvelune: standard output cannot be written\n";
+  } catch (const std::exception& error) {
+    std::cerr << "morvelune: " << error.what() << '\n';
+  }
+  return exitFailed;
+}
