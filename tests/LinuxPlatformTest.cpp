@@ -1,0 +1,238 @@
+// What the Linux services do beyond their contracts.
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <regex>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/LinuxServices.h"
+#include "support/LoopbackOrigin.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+int renameError = 0;  // what renameat2() fails with; 0 when it is the system's own
+}
+
+// Stands before the C library's, so that a test can say what the file system answers.
+extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                         unsigned flags) noexcept {
+  if (renameError == 0) {
+    return static_cast<int>(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+  }
+  errno = renameError;
+  return -1;
+}
+
+namespace morvelune {
+namespace {
+
+using testing::LoopbackOrigin;
+using testing::Reply;
+using testing::TemporaryDirectory;
+
+// --- Files ---
+
+class LinuxFiles : public ::testing::Test {
+ protected:
+  ~LinuxFiles() override { renameError = 0; }
+
+  // Moves "a" to "b" where the file system answers `error`; gives code and description.
+  std::string move(int error = 0) {
+    renameError = error;
+    const auto failure = manager_->moveItem(at("a"), at("b"));
+    return failure ? std::to_string(failure->code) + " " + failure->localizedDescription : "moved";
+  }
+  static std::string text(const std::optional<Data>& data) {
+    return {reinterpret_cast<const char*>(data->bytes().data()), data->size()};
+  }
+  [[nodiscard]] URL at(const std::string& name) const {
+    return URL::fileURL(folder_.path() + "/" + name);
+  }
+
+  const TemporaryDirectory folder_;
+  const std::string folderName_ = std::filesystem::path(folder_.path()).filename().string();
+  const std::shared_ptr<FileManager> manager_ = makeLinuxFileManager();
+};
+
+TEST_F(LinuxFiles, MovesWhereTheFileSystemCannotExclude) {
+  for (const int error : {EINVAL, ENOSYS}) {
+    folder_.write("a", "source");
+    EXPECT_EQ(move(error), "moved");
+    EXPECT_EQ(folder_.names(), std::vector<std::string>{"b"});
+    folder_.write("a", "other");
+    EXPECT_EQ(move(error).substr(0, 3), "516");
+    EXPECT_EQ(text(manager_->contents(at("b"))), "source");
+    EXPECT_EQ(text(manager_->contents(at("a"))), "other");
+    std::filesystem::remove(folder_.path() + "/b");
+  }
+}
+
+TEST_F(LinuxFiles, SaysWhyAMoveFailed) {
+  folder_.write("a", "source");
+  const std::string what = " “a” couldn’t be moved to “" + folderName_ + "”";
+  EXPECT_EQ(move(EXDEV), "512" + what + " (Invalid cross-device link).");
+  EXPECT_EQ(move(ENAMETOOLONG), "514" + what + " because the file name is invalid.");
+}
+
+TEST_F(LinuxFiles, ReadsOnlyRegularFilesAndNeverWaits) {
+  ASSERT_EQ(::mkfifo((folder_.path() + "/pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(manager_->contents(at("pipe")).has_value());
+  EXPECT_FALSE(manager_->contents(URL::fileURL(folder_.path())).has_value());
+}
+
+TEST_F(LinuxFiles, MapsFilesInsteadOfReadingThem) {
+  const std::string path = folder_.write("sparse", "");
+  std::filesystem::resize_file(path, std::uintmax_t{1} << 36);  // far above any memory
+  const std::optional<Data> data = manager_->contents(URL::fileURL(path));
+  ASSERT_TRUE(data.has_value());
+  EXPECT_EQ(data->size(), std::size_t{1} << 36);
+  EXPECT_EQ(data->bytes().back(), std::byte{0});
+}
+
+TEST_F(LinuxFiles, UniqueStringsDifferAfterAFork) {
+  const std::regex form(
+      "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}-[0-9]+-[0-9A-F]{16}");
+  EXPECT_TRUE(std::regex_match(manager_->globallyUniqueString(), form));
+  const pid_t child = ::fork();
+  const std::string next = manager_->globallyUniqueString();
+  if (child == 0) {
+    folder_.write("child", next);
+    ::_exit(0);
+  }
+  ::waitpid(child, nullptr, 0);
+  const std::string nextOfChild = text(manager_->contents(at("child")));
+  EXPECT_TRUE(std::regex_match(nextOfChild, form)) << nextOfChild;
+  EXPECT_NE(next.substr(0, 36), nextOfChild.substr(0, 36));
+}
+
+// --- Device and locale ---
+
+TEST(LinuxDevice, SeesTheFixedOriginAsTheScreenIsHeld) {
+  const auto origin = [](std::optional<Size> size, int orientation) -> std::string {
+    const auto device =
+        makeLinuxDevice({.screen = size, .orientation = ScreenOrientation(orientation)});
+    const auto point = device->mainScreen()->fixedOriginInCurrentSpace();
+    return point ? std::to_string(point->x) + " " + std::to_string(point->y) : "none";
+  };
+  const char* const origins[] = {"none",
+                                 "0.000000 0.000000",
+                                 "812.000000 375.500000",
+                                 "0.000000 375.500000",
+                                 "812.000000 0.000000",
+                                 "none"};
+  const char* const unsized[] = {
+      "none", "0.000000 0.000000", "1.000000 1.000000", "0.000000 1.000000", "1.000000 0.000000",
+      "none"};
+  for (int orientation = 0; orientation <= 5; ++orientation) {
+    EXPECT_EQ(origin(Size{812, 375.5}, orientation), origins[orientation]);
+    EXPECT_EQ(origin(std::nullopt, orientation), unsized[orientation]);
+  }
+}
+
+// Country and languages as a fresh process with this environment reads them.
+[[noreturn]] void printLocale(const char* environment) {
+  ::setenv("LC_ALL", environment, 1);
+  const auto locale = makeLinuxLocale({});
+  const std::string country = locale->countryCode().value_or("none");
+  const std::string upper = makeLinuxText()->uppercased("i");  // "İ" by Turkish rules
+  makeLinuxSystemLog()->log("<%@ %@ %@>", {country, locale->preferredLanguages()->at(0), upper});
+  ::_exit(0);
+}
+
+TEST(LinuxLocaleDeathTest, ReadsTheLocaleOfTheProcess) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"fr_CH.UTF-8", "<CH fr-CH I>"},
+      {"fr", "<none fr I>"},
+      {"C", "<US en-US I>"},
+      {"tr_TR", "<TR tr-TR I>"},
+      {"zh_Hant_TW", "<TW zh-Hant-TW I>"}};
+  for (const auto& [environment, line] : cases) {
+    EXPECT_EXIT(printLocale(environment), ::testing::ExitedWithCode(0), line);
+  }
+}
+
+// --- Main queue ---
+
+bool isReadable(int descriptor) {
+  pollfd polled{descriptor, POLLIN, 0};
+  return ::poll(&polled, 1, 0) == 1;
+}
+
+TEST(LinuxMainQueue, IsReadableWhileTasksWait) {
+  const auto queue = makeLinuxMainQueue();
+  EXPECT_FALSE(isReadable(queue->descriptor()));
+  EXPECT_EQ(queue->drain(), 0U);
+  queue->async([&queue] { EXPECT_TRUE(isReadable(queue->descriptor())); });
+  queue->async([&queue] { queue->async([] {}); });
+  EXPECT_TRUE(isReadable(queue->descriptor()));
+  EXPECT_EQ(queue->drain(), 2U);
+  EXPECT_TRUE(isReadable(queue->descriptor()));
+  EXPECT_EQ(queue->drain(), 1U);
+  EXPECT_FALSE(isReadable(queue->descriptor()));
+}
+
+// --- System log ---
+
+TEST(LinuxSystemLog, WritesALineInOnePiece) {
+  int ends[2];  // of a socket that keeps each write apart
+  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
+  const int standardError = ::dup(STDERR_FILENO);
+  ::dup2(ends[1], STDERR_FILENO);
+  makeLinuxSystemLog()->writeLine("a [é]");
+  ::dup2(standardError, STDERR_FILENO);
+  char line[64];
+  EXPECT_EQ(std::string(line, ::read(ends[0], line, sizeof line)), "a [é]\n");
+  for (const int descriptor : {standardError, ends[0], ends[1]}) ::close(descriptor);
+}
+
+// --- Platform ---
+
+TEST(LinuxPlatform, SharesWhatBelongsToTheProcess) {
+  const auto native = Platform::native();
+  EXPECT_EQ(native, Platform::native());
+  EXPECT_EQ(native, Platform::current());
+  const auto own = makeLinuxPlatform({.device = {.country = "XK"}});
+  EXPECT_EQ(own->notificationCenter, native->notificationCenter);
+  EXPECT_EQ(own->mainQueue, native->mainQueue);
+  EXPECT_EQ(own->mainQueue, linuxMainQueue());
+  EXPECT_NE(own->urlSession, native->urlSession);
+  EXPECT_EQ(own->locale->countryCode(), "XK");
+}
+
+// Leaves the process while a request is pending, whose completion uses the platform.
+[[noreturn]] void exitWithPendingRequest(bool install) {
+  if (install) Platform::install(makeLinuxPlatform());
+  LoopbackOrigin origin;
+  origin.serve("/", {.fate = Reply::Fate::silent});
+  const auto task = Platform::current()->urlSession->dataTask(
+      URL::parse(origin.url("/")), [](const auto&, const auto&, const auto& error) {
+        const auto platform = Platform::current();
+        platform->notificationCenter->post({"n", nullptr, std::nullopt});
+        platform->mainQueue->async([] {});
+        platform->systemLog->log("completed with [%@]", {std::to_string(error->code)});
+      });
+  task->resume();
+  std::exit(0);
+}
+
+TEST(LinuxPlatformDeathTest, EndsPendingRequestsAtExit) {
+  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+  for (const bool install : {false, true}) {
+    EXPECT_EXIT(exitWithPendingRequest(install), ::testing::ExitedWithCode(0),
+                "completed with \\[-999\\]");
+  }
+}
+
+}  // namespace
+}  // namespace morvelune

@@ -1,0 +1,96 @@
+#include "morvelune/platform/Value.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace morvelune {
+namespace {
+
+TEST(ValueTest, EveryLookupIsTyped) {
+  const Dictionary all{{"null", nullptr},       {"flag", true},
+                       {"number", 7},           {"real", 7.0},
+                       {"text", "7"},           {"data", Data::copyOf("7")},
+                       {"list", Array{1, "2"}}, {"map", Dictionary{{"k", 1}}}};
+  // Each key answers to its own type and to no other, nor does a key that is not there.
+  for (const char* key :
+       {"null", "flag", "number", "real", "text", "data", "list", "map", "none"}) {
+    const std::string name = key;
+    EXPECT_EQ(all.contains(key), name != "none") << key;
+    EXPECT_EQ(all.boolean(key).has_value(), name == "flag") << key;
+    EXPECT_EQ(all.integer(key).has_value(), name == "number") << key;
+    EXPECT_EQ(all.real(key).has_value(), name == "real") << key;
+    EXPECT_EQ(all.string(key).has_value(), name == "text") << key;
+    EXPECT_EQ(all.data(key).has_value(), name == "data") << key;
+    EXPECT_EQ(all.array(key).has_value(), name == "list") << key;
+    EXPECT_EQ(all.dictionary(key).has_value(), name == "map") << key;
+  }
+  EXPECT_TRUE(all.value("null")->isNull());
+  EXPECT_FALSE(all.value("none"));
+}
+
+TEST(ValueTest, IntegersKeepTheirWholeRange) {
+  const auto largest = std::numeric_limits<std::uint64_t>::max();
+  EXPECT_EQ(Value(largest).unsignedInteger(), largest);
+  EXPECT_EQ(Value(largest).integer(), std::nullopt);
+  EXPECT_EQ(Value(largest).type(), Value::Type::integer);
+  EXPECT_EQ(Value(-1).unsignedInteger(), std::nullopt);
+  EXPECT_EQ(Value(std::uint64_t{5}), Value(5));  // one number, one value
+  EXPECT_FALSE(Value(1) == Value(true));
+  EXPECT_FALSE(Value(1) == Value(1.0));
+}
+
+TEST(ValueTest, DictionariesAreMapsWithUniqueSortedKeys) {
+  const Dictionary dictionary{{"b", 1}, {"a", 2}, {"b", 3}, {"B", 4}, {"", 5}};
+  std::string keys;
+  for (const auto& [key, value] : dictionary) keys += key + ",";
+  EXPECT_EQ(keys, ",B,a,b,");
+  EXPECT_EQ(dictionary.integer("b"), 3);  // the last one counts
+  EXPECT_EQ(dictionary.integer(""), 5);
+}
+
+TEST(ValueTest, DerivingLeavesTheOriginalAlone) {
+  const Dictionary original{{"a", 1}, {"b", 2}};
+  EXPECT_EQ(original.with("a", 9), (Dictionary{{"a", 9}, {"b", 2}}));
+  EXPECT_EQ(original.with(Dictionary{{"b", 8}, {"c", 7}}),
+            (Dictionary{{"a", 1}, {"b", 8}, {"c", 7}}));
+  EXPECT_EQ(original.without(std::vector<std::string_view>{"b", "z"}), (Dictionary{{"a", 1}}));
+  EXPECT_EQ(original, (Dictionary{{"a", 1}, {"b", 2}}));
+}
+
+TEST(ValueTest, CopiesAreTheSameObjectAndEqualsAreNot) {
+  const Dictionary inner{{"k", 1}};
+  const Dictionary outer{{"inner", inner}, {"list", Array{1}}};
+  EXPECT_TRUE(outer.dictionary("inner")->isSameObject(inner));
+  EXPECT_TRUE(outer.array("list")->isSameObject(*outer.array("list")));
+  EXPECT_FALSE(inner.isSameObject(Dictionary{{"k", 1}}));
+  EXPECT_EQ(inner, (Dictionary{{"k", 1}}));
+}
+
+TEST(ValueTest, ArraysAnswerForAnyIndex) {
+  const Array array{1, Dictionary{{"k", 1}}};
+  EXPECT_EQ(array.value(0), Value(1));
+  EXPECT_TRUE(array.value(2).isNull());
+  EXPECT_FALSE(array.dictionary(0));
+  EXPECT_TRUE(array.dictionary(1));
+  EXPECT_FALSE(Array().dictionary(0));
+}
+
+// A recursive release would overflow the stack long before this depth.
+TEST(ValueTest, ReleasesDeepNestingWithoutDeepRecursion) {
+  Value deep;
+  for (int level = 0; level < 500'000; ++level) {
+    if (level % 2 == 0) {
+      deep = Array{deep, level};
+    } else {
+      deep = Dictionary{{"k", deep}};
+    }
+  }
+  EXPECT_TRUE(deep.dictionary());
+}
+
+}  // namespace
+}  // namespace morvelune

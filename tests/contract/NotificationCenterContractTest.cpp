@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <new>
+#include <thread>
+
+#include "platform/linux/LinuxServices.h"
+
+namespace morvelune {
+namespace {
+
+using Token = NotificationCenter::Token;
+
+class NotificationCenterContract
+    : public testing::TestWithParam<std::shared_ptr<NotificationCenter> (*)()> {
+ protected:
+  // An observer that notes its letter.
+  Token add(char letter, std::shared_ptr<const void> object = nullptr) {
+    return center_->addObserver("n", std::move(object),
+                                [this, letter](const auto&) { called_ += letter; });
+  }
+  std::string post(std::shared_ptr<const void> object = nullptr, std::string name = "n") {
+    called_.clear();
+    center_->post({std::move(name), std::move(object), std::nullopt});
+    return called_;
+  }
+
+  const std::shared_ptr<NotificationCenter> center_ = GetParam()();
+  std::string called_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Linux, NotificationCenterContract,
+                         testing::Values(&makeLinuxNotificationCenter));
+
+TEST_P(NotificationCenterContract, CallsObserversOfANameInOrder) {
+  const Token a = add('a');
+  add('b');
+  add('a');
+  EXPECT_EQ(post(), "aba");
+  EXPECT_EQ(post(nullptr, "other"), "");
+  center_->removeObserver(a);
+  center_->removeObserver(a);
+  center_->removeObserver(Token{12345});
+  EXPECT_EQ(post(), "ba");
+}
+
+TEST_P(NotificationCenterContract, PassesOnWhatWasPosted) {
+  PostedNotification last;
+  center_->addObserver("n", nullptr, [&](const auto& posted) { last = posted; });
+  const auto object = std::make_shared<int>();
+  center_->post({"n", object, Dictionary{{"k", "v"}}});
+  EXPECT_EQ(last.object, object);
+  EXPECT_EQ(last.userInfo, (Dictionary{{"k", "v"}}));
+  center_->post({"n", nullptr, std::nullopt});
+  EXPECT_EQ(last.object, nullptr);
+  EXPECT_FALSE(last.userInfo.has_value());
+}
+
+TEST_P(NotificationCenterContract, FiltersByObject) {
+  const auto one = std::make_shared<int>();
+  const auto two = std::make_shared<int>();
+  const int unowned = 0;
+  const std::shared_ptr<const void> handle(std::shared_ptr<void>(), &unowned);
+  add('1', one);
+  add('2', two);
+  add('u', handle);
+  add('*');
+  EXPECT_EQ(post(one), "1*");
+  EXPECT_EQ(post(handle), "u*");
+  EXPECT_EQ(post(std::make_shared<int>()), "*");
+  EXPECT_EQ(post(), "*");
+}
+
+TEST_P(NotificationCenterContract, NeitherKeepsAnObjectNorTakesAnotherForIt) {
+  alignas(int) std::byte storage[sizeof(int)];
+  const auto place = [&storage](int value) {
+    return std::shared_ptr<const int>(new (storage) int(value), [](const int*) {});
+  };
+  auto object = place(1);
+  const std::weak_ptr<const int> released = object;
+  add('1', object);
+  EXPECT_EQ(post(object), "1");
+  object.reset();
+  EXPECT_TRUE(released.expired());
+  EXPECT_EQ(post(place(2)), "");  // at the very same address
+}
+
+TEST_P(NotificationCenterContract, ObserversMayAddRemoveAndPost) {
+  Token b{};
+  const Token a = center_->addObserver("n", nullptr, [&](const auto&) {
+    called_ += 'a';
+    center_->removeObserver(b);
+    add('c');
+    center_->post({"other", nullptr, std::nullopt});
+  });
+  b = add('b');
+  center_->addObserver("other", nullptr, [&](const auto&) { called_ += 'o'; });
+  EXPECT_EQ(post(), "ao");
+  center_->removeObserver(a);
+  EXPECT_EQ(post(), "c");
+}
+
+TEST_P(NotificationCenterContract, AnObserverMayRemoveItselfAndThrow) {
+  auto held = std::make_shared<int>();
+  const std::weak_ptr<int> released = held;
+  Token own{};
+  own = center_->addObserver("n", nullptr, [&, held = std::move(held)](const auto&) {
+    center_->removeObserver(own);
+    throw *held;
+  });
+  add('a');
+  EXPECT_THROW(post(), int);
+  EXPECT_TRUE(released.expired());
+  EXPECT_EQ(post(), "a");
+}
+
+TEST_P(NotificationCenterContract, ServesAllThreads) {
+  std::atomic<int> calls = 0;
+  center_->addObserver("n", nullptr, [&calls](const auto&) { ++calls; });
+  const auto work = [this] {
+    for (int i = 0; i < 200; ++i) {
+      const Token token = center_->addObserver("n", nullptr, [](const auto&) {});
+      center_->post({"n", nullptr, std::nullopt});
+      center_->removeObserver(token);
+    }
+  };
+  std::thread other(work);
+  work();
+  other.join();
+  EXPECT_EQ(calls, 400);
+}
+
+}  // namespace
+}  // namespace morvelune

@@ -1,0 +1,68 @@
+// A real HTTP origin on the loopback interface, one thread per connection, on a port that the
+// system chooses, whose answers are bytes and blows that the test says.
+//
+//   LoopbackOrigin origin;
+//   origin.serve("/a.png", {.body = pngBytes()});
+//   ...GET origin.url("/a.png")...
+//   EXPECT_EQ(origin.requests().at(0).target, "/a.png");
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace morvelune::testing {
+
+// How one path is answered.
+struct Reply {
+  // What becomes of the answer: sent whole; the connection reset before any byte; the connection
+  // closed after half of the body that Content-Length promises; nothing ever sent; the head and
+  // half of the body sent and then nothing more; the body sent alone, without a head.
+  enum class Fate : std::uint8_t { whole, reset, cutShort, silent, stall, headless };
+
+  int status = 200;
+  // With {"Connection", "close"} the answer has no Content-Length and ends with the connection.
+  std::vector<std::pair<std::string, std::string>> headers{};
+  std::string body{};
+  // When not 0, the body is this many bytes instead: `body`, then zeros, made while sending.
+  std::size_t bodySize = 0;
+  std::chrono::milliseconds delay{0};  // before the head is sent
+  Fate fate = Fate::whole;
+};
+
+struct ReceivedRequest {
+  std::string method;
+  std::string target;  // path and query
+  std::vector<std::pair<std::string, std::string>> headers;
+  // The first value of a header, named in lower case; empty when it was not sent.
+  [[nodiscard]] std::optional<std::string> header(const std::string& name) const;
+};
+
+class LoopbackOrigin {
+ public:
+  LoopbackOrigin();
+  // Ends all connections, silent ones too.
+  ~LoopbackOrigin();
+  LoopbackOrigin(const LoopbackOrigin&) = delete;
+  LoopbackOrigin& operator=(const LoopbackOrigin&) = delete;
+
+  // Answers GET of `path` (without a query) from now on; any other path gets 404 with a short body.
+  void serve(const std::string& path, Reply reply);
+  [[nodiscard]] std::string url(const std::string& path) const;  // http://127.0.0.1:PORT + path
+  [[nodiscard]] int port() const;
+  // Those received so far, in the order in which they arrived.
+  [[nodiscard]] std::vector<ReceivedRequest> requests() const;
+  // A port of the loopback interface on which nothing listens.
+  [[nodiscard]] static int closedPort();
+
+ private:
+  class Server;
+  std::unique_ptr<Server> server_;
+};
+
+}  // namespace morvelune::testing
