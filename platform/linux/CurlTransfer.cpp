@@ -111,8 +111,7 @@ CURLcode CurlTransfer::configure() {
   };
   set(CURLOPT_URL, request_.url->absoluteString().c_str());
   set(CURLOPT_PATH_AS_IS, 1L);
-  set(CURLOPT_PROTOCOLS_STR, "http,https");
-  set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+  set(CURLOPT_PROTOCOLS_STR, "http,https");  // of redirects too
   set(CURLOPT_FOLLOWLOCATION, 1L);
   set(CURLOPT_MAXREDIRS, options_.maximumRedirects);
   set(CURLOPT_USERAGENT, "MorveluneExtension/1.0");
@@ -163,7 +162,7 @@ FinishedTransfer CurlTransfer::finish(CURLcode result) {
 }
 
 FinishedTransfer CurlTransfer::fail(int code) {
-  file_.reset();
+  file_.reset();  // gone before the completion is called
   return failedTransfer(std::move(request_), code);
 }
 

@@ -204,13 +204,19 @@ TEST_P(URLSessionContract, ACompletionMayUseTheSession) {
 }
 
 TEST_P(URLSessionContract, CancelsAllTasks) {
-  startBoth(URL::parse(world->silent()), "before");
+  const auto url = URL::parse(world->silent());
+  startBoth(url, "before");
+  const auto slow = session().dataTask(url, [done = endings.ofData("slow")](auto... told) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    done(std::move(told)...);
+  });
+  slow->resume();
   session().invalidateAndCancel();
-  EXPECT_EQ(endings.wait(0).size(), 2U) << "it returns when the completions have";
+  EXPECT_EQ(endings.wait(0).size(), 3U) << "it returns when the completions have";
   startBoth(URL::parse(world->answering(200, "body")), "after");
   world->run();
-  const auto all = endings.wait(4);
-  ASSERT_EQ(all.size(), 4U);
+  const auto all = endings.wait(5);
+  ASSERT_EQ(all.size(), 5U);
   for (const auto& [name, ending] : all) {
     EXPECT_EQ(ending.error.value().code, NSURLErrorCancelled) << name;
     EXPECT_EQ(ending.calls, 1) << name;
