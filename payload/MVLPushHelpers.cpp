@@ -2,12 +2,28 @@
 
 #include <string>
 
+#include "morvelune/MVLConstants.h"
 #include "morvelune/MVLURLHelpers.h"
 #include "morvelune/UNNotificationToDictionary.h"
 #include "morvelune/platform/Path.h"
 
 namespace morvelune {
 namespace {
+
+// The top-level keys that are no custom parameters.
+constexpr std::string_view reservedKeys[] = {
+    "aps",
+    "k2tid",
+    "k2turl",
+    "k2td",
+    "k2tb",
+    "openWithSafari",
+    "zuk2t.log.id",
+    "zuk2tIdentifier",
+    MVLPayloadTrackingSentKey,
+    "mvl-tk",
+    MVLPayloadAttachmentsKey,
+};
 
 // The payload of each kind of thing that may stand for a notification; empty when it has none.
 struct PayloadOf {
@@ -44,6 +60,28 @@ std::optional<URL> MVLPushHelpers::trackingURLForAction(std::optional<std::strin
   const auto filled = MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
                                                descriptor->dictionary("params"));
   return filled ? URL::parse(*filled) : std::nullopt;
+}
+
+Dictionary MVLPushHelpers::customParamsFromUserInfo(const std::optional<Dictionary>& userInfo) {
+  return userInfo ? userInfo->without(reservedKeys) : Dictionary();
+}
+
+std::optional<Dictionary> MVLPushHelpers::actionParams(
+    std::optional<std::string_view> action, const std::optional<Dictionary>& fromUserInfo) {
+  const auto buttons = fromUserInfo ? fromUserInfo->array("k2tb") : std::nullopt;
+  if (!action || !buttons) return std::nullopt;
+  for (const Value& element : *buttons) {
+    auto button = element.dictionary();
+    if (button && button->string("bid") == action) return button;
+  }
+  return std::nullopt;
+}
+
+Dictionary MVLPushHelpers::actionCustomParams(std::optional<std::string_view> action,
+                                              const std::optional<Dictionary>& fromUserInfo) {
+  const auto button = actionParams(action, fromUserInfo);
+  const auto params = button ? button->dictionary("ccp") : std::nullopt;
+  return params.value_or(Dictionary());
 }
 
 }  // namespace morvelune

@@ -40,6 +40,21 @@ class MVLPushHelpers {
   // "url" or the action's entry is missing or no string, and when the result is no valid URL.
   [[nodiscard]] static std::optional<URL> trackingURLForAction(
       std::optional<std::string_view> action, const AnyNotification& forNotification);
+
+  // The payload without the keys that are reserved to the system and the platform; its values are
+  // untouched. Empty for an absent payload.
+  [[nodiscard]] static Dictionary customParamsFromUserInfo(
+      const std::optional<Dictionary>& userInfo);
+
+  // The first button of "k2tb" whose "bid" is exactly the action, as the same object. Empty when
+  // there is none, and for an absent action or payload. Elements that are no button never match.
+  [[nodiscard]] static std::optional<Dictionary> actionParams(
+      std::optional<std::string_view> action, const std::optional<Dictionary>& fromUserInfo);
+
+  // The "ccp" of that button, as the same object; the empty dictionary when there is no such
+  // button, or none with a dictionary there.
+  [[nodiscard]] static Dictionary actionCustomParams(std::optional<std::string_view> action,
+                                                     const std::optional<Dictionary>& fromUserInfo);
 };
 
 }  // namespace morvelune

@@ -1,0 +1,86 @@
+#include "morvelune/NSStringMorvelune.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "morvelune/platform/Platform.h"
+
+namespace morvelune {
+namespace {
+
+std::string hexadecimal(std::span<const std::byte> bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (const std::byte byte : bytes) {
+    text += digits[std::to_integer<std::size_t>(byte >> 4)];
+    text += digits[std::to_integer<std::size_t>(byte & std::byte{0x0F})];
+  }
+  return text;
+}
+
+std::string withoutBlanks(std::string_view text) {
+  std::string kept(text);
+  std::erase(kept, ' ');
+  return kept;
+}
+
+double number(std::string_view text) {
+  std::string plain = withoutBlanks(text);
+  std::replace(plain.begin(), plain.end(), ',', '.');
+  return Platform::current()->text->doubleValue(plain);
+}
+
+// The first version whose strings encode and decode themselves by a set of allowed characters.
+bool hasModernPercentCoding() {
+  return Platform::current()->device->isOperatingSystemAtLeastVersion({9, 0, 0});
+}
+
+}  // namespace
+
+std::string mvl_MD5String(std::string_view receiver) {
+  return hexadecimal(Platform::current()->digest->md5(receiver.substr(0, receiver.find('\0'))));
+}
+
+std::string mvl_SHA1String(std::string_view receiver) {
+  return hexadecimal(Platform::current()->digest->sha1(receiver));
+}
+
+std::optional<std::string> mvl_currencyString(std::string_view receiver) {
+  constexpr std::size_t codeLength = 3;
+  const auto platform = Platform::current();
+  if (platform->text->length(receiver) < codeLength) return std::nullopt;
+  const std::string code = platform->text->prefix(receiver, codeLength);
+  // Any locale would do as a directory of known codes; a fixed one gives every user the same.
+  if (!platform->locale->currencyName("fr_FR", code)) return std::nullopt;
+  return platform->text->uppercased(code);
+}
+
+bool mvl_isNumberIncrementation(std::string_view receiver) {
+  const auto text = Platform::current()->text;
+  const std::string plain = withoutBlanks(receiver);
+  // The unescaped dot lets any one character separate: deliberate.
+  return text->length(plain) >= 2 && text->matches(plain, R"(^(\+|\-)\d+(.|\,)?\d*$)");
+}
+
+std::string mvl_stringByIncrementingByStringNumber(std::string_view receiver,
+                                                   std::optional<std::string_view> increment,
+                                                   bool addPositiveSign) {
+  if (!increment) return "";
+  const double sum = number(receiver) + number(*increment);
+  return (sum > 0 && addPositiveSign ? "+" : "") + Platform::current()->text->fixedNotation(sum);
+}
+
+std::string mvl_URLEncodeString(std::string_view receiver) {
+  const auto text = Platform::current()->text;
+  return hasModernPercentCoding() ? text->addingPercentEncodingForQuery(receiver)
+                                  : text->addingPercentEscapes(receiver);
+}
+
+std::optional<std::string> mvl_URLDecodeString(std::string_view receiver) {
+  std::string encoded(receiver);
+  if (!hasModernPercentCoding()) std::replace(encoded.begin(), encoded.end(), '+', ' ');
+  return Platform::current()->text->removingPercentEncoding(encoded);
+}
+
+}  // namespace morvelune
