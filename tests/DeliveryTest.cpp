@@ -69,25 +69,6 @@ class DeliveryTest : public ::testing::Test {
   std::vector<std::string> deliveries_;
 };
 
-TEST_F(DeliveryTest, NoServerKeepsTheOthersFromBeingDelivered) {
-  using Fate = Reply::Fate;
-  const Dictionary closed{
-      {"att-url", "http://127.0.0.1:" + std::to_string(LoopbackOrigin::closedPort()) + "/"}};
-  receive(Dictionary{
-      {"mvl-tk", Dictionary{{"url", origin_.url("/silent")}, {"display", "d?l=|lang|"}}},
-      {"mvl-atts", Array{entry("z", {.body = pngBytes()}), entry("reset", {.fate = Fate::reset}),
-                         entry("cut", {.body = mp4Bytes(), .fate = Fate::cutShort}),
-                         entry("stall", {.body = mp4Bytes(), .fate = Fate::stall}), closed,
-                         entry("loop", {.status = 302, .headers = {{"Location", "/loop"}}}),
-                         entry("missing", {.status = 404, .body = "nothing here, sorry"}),
-                         entry("y", {.headers = {{"Content-Disposition", "inline; filename=y.gif"}},
-                                     .body = jpegBytes()}),
-                         entry("short.gif", {.body = "GIF8"}), "no entry"}}});
-  origin_.serve("/silent/d", {.fate = Fate::silent});
-  EXPECT_EQ(delivery(0), "short.gif=com.compuserve.gif y=public.jpeg z=public.png ");
-  EXPECT_EQ(folder_.names().size(), 4U);  // the three and the page of the 404, staged all the same
-}
-
 TEST_F(DeliveryTest, ExpiryAndReadsMayMeetCompletions) {
   std::vector<Value> entries;
   for (const char* id : {"a", "b", "c", "d", "e", "f", "g", "h"}) {

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <filesystem>
 #include <future>
@@ -93,34 +92,6 @@ class LinuxURLSession : public ::testing::Test {
 
 TEST_F(LinuxURLSession, FailsAsThePlatformDoes) {
   using Fate = Reply::Fate;
-  const Reply replies[] = {
-      {.body = "abcdef", .fate = Fate::reset},
-      {.body = "abcdef", .fate = Fate::cutShort},
-      {.body = "not HTTP at all\r\n\r\n", .fate = Fate::headless},
-      {.body = "abcdef", .fate = Fate::silent},
-      {.body = "abcdef", .fate = Fate::stall},
-      {.bodySize = bound + 1},
-      {.headers = {{"Connection", "close"}}, .bodySize = bound + 1},
-      {.headers = {{"Content-Encoding", "gzip"}}, .body = std::string(gzippedZeros)},
-      {.headers = {{"Content-Encoding", "gzip"}}, .body = "not gzip"},
-      {.status = 302, .headers = {{"Location", "/9"}}},
-      {.status = 302, .headers = {{"Location", "file:///etc/hostname"}}},
-      {.status = 302, .headers = {{"Location", "ftp://127.0.0.1/a"}}},
-  };
-  const std::array codes = {
-      NSURLErrorNetworkConnectionLost,
-      NSURLErrorNetworkConnectionLost,
-      NSURLErrorBadServerResponse,
-      NSURLErrorTimedOut,
-      NSURLErrorTimedOut,
-      NSURLErrorDataLengthExceedsMaximum,
-      NSURLErrorDataLengthExceedsMaximum,
-      NSURLErrorDataLengthExceedsMaximum,
-      NSURLErrorBadServerResponse,
-      NSURLErrorHTTPTooManyRedirects,
-      NSURLErrorUnsupportedURL,
-      NSURLErrorUnsupportedURL,
-  };
   std::map<std::string, int> wanted = {
       {"http://127.0.0.1:" + std::to_string(LoopbackOrigin::closedPort()),
        NSURLErrorCannotConnectToHost},
@@ -130,9 +101,29 @@ TEST_F(LinuxURLSession, FailsAsThePlatformDoes) {
       {"http://127.0.0.1:port/", NSURLErrorUnsupportedURL},
       {"http://127.0.0.1/" + std::string(9'000'000, 'a'), NSURLErrorUnsupportedURL},
   };
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    origin.serve("/" + std::to_string(i), replies[i]);
-    wanted[origin.url("/" + std::to_string(i))] = codes[i];
+  const std::pair<int, Reply> replies[] = {
+      {NSURLErrorNetworkConnectionLost, {.body = "abcdef", .fate = Fate::reset}},
+      {NSURLErrorNetworkConnectionLost, {.body = "abcdef", .fate = Fate::cutShort}},
+      {NSURLErrorBadServerResponse, {.body = "not HTTP\r\n\r\n", .fate = Fate::headless}},
+      {NSURLErrorTimedOut, {.body = "abcdef", .fate = Fate::silent}},
+      {NSURLErrorTimedOut, {.body = "abcdef", .fate = Fate::stall}},
+      {NSURLErrorDataLengthExceedsMaximum, {.bodySize = bound + 1}},
+      {NSURLErrorDataLengthExceedsMaximum,
+       {.headers = {{"Connection", "close"}}, .bodySize = bound + 1}},
+      {NSURLErrorDataLengthExceedsMaximum,
+       {.headers = {{"Content-Encoding", "gzip"}}, .body = std::string(gzippedZeros)}},
+      {NSURLErrorBadServerResponse,
+       {.headers = {{"Content-Encoding", "gzip"}}, .body = "not gzip"}},
+      {NSURLErrorHTTPTooManyRedirects, {.status = 302, .headers = {{"Location", "/again"}}}},
+      {NSURLErrorUnsupportedURL,
+       {.status = 302, .headers = {{"Location", "file:///etc/hostname"}}}},
+      {NSURLErrorUnsupportedURL, {.status = 302, .headers = {{"Location", "ftp://127.0.0.1/a"}}}},
+  };
+  origin.serve("/again", {.status = 302, .headers = {{"Location", "/again"}}});
+  for (const auto& [code, reply] : replies) {
+    const std::string path = "/reply/" + std::to_string(wanted.size());
+    origin.serve(path, reply);
+    wanted[origin.url(path)] = code;
   }
   const auto start = steady_clock::now();
   for (const auto& [url, code] : wanted) {

@@ -68,7 +68,8 @@ std::string mvl_stringByIncrementingByStringNumber(std::string_view receiver,
                                                    bool addPositiveSign) {
   if (!increment) return "";
   const double sum = number(receiver) + number(*increment);
-  return (sum > 0 && addPositiveSign ? "+" : "") + Platform::current()->text->fixedNotation(sum);
+  std::string text = sum > 0 && addPositiveSign ? "+" : "";
+  return text += Platform::current()->text->fixedNotation(sum);
 }
 
 std::string mvl_URLEncodeString(std::string_view receiver) {

@@ -97,7 +97,7 @@ std::optional<std::string> extendedValue(std::string_view value) {
   const std::size_t language = value.find('\'');
   const std::size_t encoded = value.find('\'', std::min(language, value.size() - 1) + 1);
   if (encoded == std::string_view::npos) return std::nullopt;
-  const std::optional<std::string> bytes = percentDecoded(value.substr(encoded + 1));
+  std::optional<std::string> bytes = percentDecoded(value.substr(encoded + 1));
   const std::string_view charset = value.substr(0, language);
   if (!bytes || bytes->empty()) return std::nullopt;
   if (equalIgnoringCase(charset, "UTF-8") && isUTF8(*bytes)) return bytes;

@@ -32,7 +32,8 @@ class LinuxWorld : public World {
   std::shared_ptr<URLSession> session() override { return session_; }
   std::shared_ptr<FileManager> files() override { return makeLinuxFileManager(); }
   std::string answering(int status, const std::string& body) override {
-    const std::string path = "/" + std::to_string(status) + "/" + std::to_string(body.size());
+    const std::string path =
+        "/answer/" + std::to_string(status) + "/" + std::to_string(body.size());
     origin_.serve(path, {.status = status, .body = body});
     return origin_.url(path);
   }

@@ -1,18 +1,21 @@
 // A platform in memory: its network, files, device and log are what the test says.
 //
 //   InMemoryPlatform memory;                       // installed until it goes out of scope
-//   memory.network().answer("http://h/a.png", {.body = png()});
+//   memory.network().answer("http://h/a.png", {.body = pngBytes()});
 //   ...start tasks...
 //   memory.network().finish("http://h/a.png");     // runs the completion, on this thread
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include <algorithm>
+#include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "morvelune/platform/Platform.h"
@@ -27,57 +30,230 @@ struct Answer {
   std::optional<Error> error = {};
 };
 
-// Files that exist only in memory, by path.
+// Files that exist only in memory, by path. Folders are not modelled: those that hold a file exist.
 class InMemoryFileManager : public FileManager {
  public:
-  [[nodiscard]] std::optional<Data> contents(const URL& file) const override;
-  [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override;
-  [[nodiscard]] std::string globallyUniqueString() override;
+  std::optional<Data> contents(const URL& file) const override {
+    const std::lock_guard lock(mutex_);
+    const auto found = files_.find(file.path());
+    if (!file.isFileURL() || found == files_.end()) return std::nullopt;
+    return Data::copyOf(found->second);
+  }
 
-  void write(const std::string& path, std::string bytes);
-  void remove(const std::string& path);
-  [[nodiscard]] bool exists(const std::string& path) const;
-  [[nodiscard]] std::vector<std::string> paths() const;
+  std::optional<Error> moveItem(const URL& from, const URL& to) override {
+    const std::lock_guard lock(mutex_);
+    const std::string destination = to.path();
+    const auto sharesFolder = [&destination](const auto& file) {
+      return destination.rfind('/') == file.first.rfind('/') &&
+             destination.compare(0, destination.rfind('/'), file.first, 0,
+                                 destination.rfind('/')) == 0;
+    };
+    if (!from.isFileURL() || !to.isFileURL() || destination.find('\0') != std::string::npos) {
+      return Error{NSCocoaErrorDomain, NSFileWriteInvalidFileNameError, "invalid name"};
+    }
+    if (!files_.contains(from.path()) || std::none_of(files_.begin(), files_.end(), sharesFolder)) {
+      return Error{NSCocoaErrorDomain, NSFileNoSuchFileError, "no such file"};
+    }
+    if (files_.contains(destination)) {
+      return Error{NSCocoaErrorDomain, NSFileWriteFileExistsError, "file exists"};
+    }
+    auto node = files_.extract(from.path());
+    node.key() = destination;
+    files_.insert(std::move(node));
+    return std::nullopt;
+  }
+
+  std::string globallyUniqueString() override {
+    const std::lock_guard lock(mutex_);
+    return "UNIQUE" + std::to_string(++uniqueStrings_);
+  }
+
+  void write(const std::string& path, std::string bytes) {
+    const std::lock_guard lock(mutex_);
+    files_[path] = std::move(bytes);
+  }
+  void remove(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    files_.erase(path);
+  }
+  std::vector<std::string> paths() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> paths;
+    for (const auto& [path, bytes] : files_) paths.push_back(path);
+    return paths;
+  }
 
  private:
   mutable std::mutex mutex_;
   std::map<std::string, std::string> files_;
-  std::uint64_t uniqueStrings_ = 0;
+  int uniqueStrings_ = 0;
+};
+
+// The platform's rules over the files in memory, without its limits of size.
+class InMemoryNotificationAttachments : public NotificationAttachments {
+ public:
+  explicit InMemoryNotificationAttachments(std::shared_ptr<FileManager> files)
+      : files_(std::move(files)) {}
+
+  Result attachment(const std::string& identifier, const URL& file,
+                    const std::optional<std::string>& typeHint) const override {
+    if (!files_->contents(file)) {
+      return Error{UNErrorDomain, UNErrorCodeAttachmentInvalidURL, "Invalid attachment file URL"};
+    }
+    if (!typeHint) {
+      return Error{UNErrorDomain, UNErrorCodeAttachmentUnrecognizedType,
+                   "Unrecognized attachment file type"};
+    }
+    return std::make_shared<const UNNotificationAttachment>(identifier, file, *typeHint);
+  }
+
+ private:
+  const std::shared_ptr<FileManager> files_;
 };
 
 // A session whose requests finish when the test says so, on the test's thread.
 class InMemoryURLSession : public URLSession {
  public:
-  explicit InMemoryURLSession(std::shared_ptr<InMemoryFileManager> files);
-  ~InMemoryURLSession() override;
+  explicit InMemoryURLSession(std::shared_ptr<InMemoryFileManager> files)
+      : state_(std::make_shared<State>()), files_(std::move(files)) {}
+  ~InMemoryURLSession() override { InMemoryURLSession::invalidateAndCancel(); }
 
-  [[nodiscard]] std::shared_ptr<URLSessionTask> dataTask(std::optional<URL> url,
-                                                         DataCompletion completion) override;
-  [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTask(
-      std::optional<URL> url, DownloadCompletion completion) override;
-  void invalidateAndCancel() override;
+  std::shared_ptr<URLSessionTask> dataTask(std::optional<URL> url,
+                                           DataCompletion completion) override {
+    return task(url, [completion = std::move(completion)](const Answer& answer) {
+      if (answer.error) return completion({}, {}, answer.error);
+      const URLResponse response{answer.status, answer.suggestedFilename};
+      completion(Data::copyOf(answer.body), response, {});
+    });
+  }
+
+  std::shared_ptr<URLSessionTask> downloadTask(std::optional<URL> url,
+                                               DownloadCompletion completion) override {
+    return task(url, [completion = std::move(completion), files = files_,
+                      state = state_.get()](const Answer& answer) {
+      if (answer.error) return completion({}, {}, answer.error);
+      const std::string path = "/tmp/download" + std::to_string(++state->downloads) + ".tmp";
+      files->write(path, answer.body);
+      completion(URL::fileURL(path), URLResponse{answer.status, answer.suggestedFilename}, {});
+      files->remove(path);
+    });
+  }
+
+  void invalidateAndCancel() override {
+    {
+      const std::lock_guard lock(state_->mutex);
+      state_->invalidated = true;
+    }
+    finishAll();
+  }
 
   // What requests for `url` are answered; one that nothing was said about cannot connect.
-  void answer(const std::string& url, Answer answer);
+  void answer(const std::string& url, Answer answer) {
+    const std::lock_guard lock(state_->mutex);
+    state_->answers[url] = std::move(answer);
+  }
   // The URLs of all tasks made and of all tasks started, in order; "" for a missing URL.
-  [[nodiscard]] std::vector<std::string> made() const;
-  [[nodiscard]] std::vector<std::string> started() const;
+  std::vector<std::string> made() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->made;
+  }
+  std::vector<std::string> started() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->started;
+  }
   // Finishes the oldest pending request for `url`; false when there is none.
-  bool finish(const std::string& url);
+  bool finish(const std::string& url) {
+    return finishFirst([&url](const auto& pending) { return pending.url == url; });
+  }
   // Finishes all pending requests in the order in which they were started.
-  void finishAll();
+  void finishAll() {
+    while (finishFirst([](const auto&) { return true; })) {
+    }
+  }
 
  private:
-  class Task;
-  struct State;
-  std::shared_ptr<State> state_;
+  struct Pending {
+    std::string url;
+    std::function<void(const Answer&)> complete;
+  };
+
+  // Shared with the tasks, which may outlive the session.
+  struct State {
+    std::mutex mutex;  // of all but `downloads`, which only completions touch
+    std::map<std::string, Answer> answers;
+    std::vector<std::string> made;
+    std::vector<std::string> started;
+    std::deque<Pending> pending;
+    bool invalidated = false;
+    int downloads = 0;
+  };
+
+  class Task : public URLSessionTask {
+   public:
+    Task(std::shared_ptr<State> state, Pending pending)
+        : state_(std::move(state)), pending_(std::move(pending)) {}
+    void resume() override {
+      const std::lock_guard lock(state_->mutex);
+      if (std::exchange(resumed_, true)) return;
+      state_->started.push_back(pending_.url);
+      state_->pending.push_back(std::move(pending_));
+    }
+
+   private:
+    const std::shared_ptr<State> state_;
+    Pending pending_;
+    bool resumed_ = false;
+  };
+
+  std::shared_ptr<URLSessionTask> task(const std::optional<URL>& url,
+                                       std::function<void(const Answer&)> complete) {
+    const std::string text = url ? url->absoluteString() : "";
+    const std::lock_guard lock(state_->mutex);
+    state_->made.push_back(text);
+    return std::make_shared<Task>(state_, Pending{text, std::move(complete)});
+  }
+
+  // With the lock held.
+  Answer answerTo(const std::string& url) const {
+    const auto failure = [](int code, const char* description) {
+      return Answer{.status = 0, .error = Error{NSURLErrorDomain, code, description}};
+    };
+    if (state_->invalidated) return failure(NSURLErrorCancelled, "cancelled");
+    const auto known = state_->answers.find(url);
+    if (known != state_->answers.end()) return known->second;
+    if (!url.starts_with("http")) return failure(NSURLErrorUnsupportedURL, "unsupported URL");
+    return failure(NSURLErrorCannotConnectToHost, "cannot connect");
+  }
+
+  // Completes outside the lock, so that a completion may call the session.
+  bool finishFirst(const std::function<bool(const Pending&)>& wanted) {
+    std::unique_lock lock(state_->mutex);
+    auto& pending = state_->pending;
+    const auto found = std::find_if(pending.begin(), pending.end(), wanted);
+    if (found == pending.end()) return false;
+    const Pending next = std::move(*found);
+    pending.erase(found);
+    const Answer answer = answerTo(next.url);
+    lock.unlock();
+    next.complete(answer);
+    return true;
+  }
+
+  const std::shared_ptr<State> state_;
+  const std::shared_ptr<InMemoryFileManager> files_;
 };
 
 // Keeps the lines.
 class InMemorySystemLog : public SystemLog {
  public:
-  void writeLine(const std::string& line) override;
-  [[nodiscard]] std::vector<std::string> lines() const;
+  void writeLine(const std::string& line) override {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(line);
+  }
+  std::vector<std::string> lines() const {
+    const std::lock_guard lock(mutex_);
+    return lines_;
+  }
 
  private:
   mutable std::mutex mutex_;
@@ -87,10 +263,12 @@ class InMemorySystemLog : public SystemLog {
 // A device, screen and locale made of plain fields.
 class InMemoryDevice : public Device {
  public:
-  [[nodiscard]] std::optional<std::string> identifierForVendor() const override;
-  [[nodiscard]] std::shared_ptr<const Screen> mainScreen() const override;
-  [[nodiscard]] bool isOperatingSystemAtLeastVersion(
-      const OperatingSystemVersion& version) const override;
+  std::optional<std::string> identifierForVendor() const override { return vendor; }
+  std::shared_ptr<const Screen> mainScreen() const override { return screen; }
+  bool isOperatingSystemAtLeastVersion(const OperatingSystemVersion& version) const override {
+    return std::tie(system.major, system.minor, system.patch) >=
+           std::tie(version.major, version.minor, version.patch);
+  }
 
   std::optional<std::string> vendor;
   std::shared_ptr<const Screen> screen;
@@ -101,24 +279,22 @@ class InMemoryScreen : public Screen {
  public:
   InMemoryScreen(Size size, std::optional<Point> fixedOrigin)
       : size_(size), fixedOrigin_(fixedOrigin) {}
-  [[nodiscard]] Size bounds() const override { return size_; }
-  [[nodiscard]] std::optional<Point> fixedOriginInCurrentSpace() const override {
-    return fixedOrigin_;
-  }
+  Size bounds() const override { return size_; }
+  std::optional<Point> fixedOriginInCurrentSpace() const override { return fixedOrigin_; }
 
  private:
-  Size size_;
-  std::optional<Point> fixedOrigin_;
+  const Size size_;
+  const std::optional<Point> fixedOrigin_;
 };
 
 class InMemoryLocale : public Locale {
  public:
-  [[nodiscard]] std::optional<std::string> countryCode() const override { return country; }
-  [[nodiscard]] std::optional<std::vector<std::string>> preferredLanguages() const override {
-    return languages;
+  std::optional<std::string> countryCode() const override { return country; }
+  std::optional<std::vector<std::string>> preferredLanguages() const override { return languages; }
+  std::optional<std::string> currencyName(std::string_view locale,
+                                          std::string_view code) const override {
+    return Platform::native()->locale->currencyName(locale, code);
   }
-  [[nodiscard]] std::optional<std::string> currencyName(
-      std::string_view localeIdentifier, std::string_view currencyCode) const override;
 
   std::optional<std::string> country;
   std::optional<std::vector<std::string>> languages;
@@ -128,26 +304,34 @@ class InMemoryLocale : public Locale {
 // digests, the notification centre and the main queue are the native ones, which need no script.
 class InMemoryPlatform {
  public:
-  InMemoryPlatform();
-  ~InMemoryPlatform();
+  InMemoryPlatform() {
+    services_->urlSession = network_;
+    services_->fileManager = files_;
+    services_->notificationAttachments = std::make_shared<InMemoryNotificationAttachments>(files_);
+    services_->device = device_;
+    services_->locale = locale_;
+    services_->systemLog = log_;
+    Platform::install(services_);
+  }
+  ~InMemoryPlatform() { Platform::install(nullptr); }
   InMemoryPlatform(const InMemoryPlatform&) = delete;
   InMemoryPlatform& operator=(const InMemoryPlatform&) = delete;
 
-  [[nodiscard]] InMemoryURLSession& network() { return *network_; }
-  [[nodiscard]] InMemoryFileManager& files() { return *files_; }
-  [[nodiscard]] InMemoryDevice& device() { return *device_; }
-  [[nodiscard]] InMemoryLocale& locale() { return *locale_; }
-  [[nodiscard]] std::vector<std::string> log() const { return log_->lines(); }
+  InMemoryURLSession& network() { return *network_; }
+  InMemoryFileManager& files() { return *files_; }
+  InMemoryDevice& device() { return *device_; }
+  InMemoryLocale& locale() { return *locale_; }
+  std::vector<std::string> log() const { return log_->lines(); }
   // To replace a service by one that fails, before any is used.
-  [[nodiscard]] Platform& services() { return *services_; }
+  Platform& services() { return *services_; }
 
  private:
-  std::shared_ptr<InMemoryFileManager> files_;
-  std::shared_ptr<InMemoryURLSession> network_;
-  std::shared_ptr<InMemoryDevice> device_;
-  std::shared_ptr<InMemoryLocale> locale_;
-  std::shared_ptr<InMemorySystemLog> log_;
-  std::shared_ptr<Platform> services_;
+  std::shared_ptr<InMemoryFileManager> files_ = std::make_shared<InMemoryFileManager>();
+  std::shared_ptr<InMemoryURLSession> network_ = std::make_shared<InMemoryURLSession>(files_);
+  std::shared_ptr<InMemoryDevice> device_ = std::make_shared<InMemoryDevice>();
+  std::shared_ptr<InMemoryLocale> locale_ = std::make_shared<InMemoryLocale>();
+  std::shared_ptr<InMemorySystemLog> log_ = std::make_shared<InMemorySystemLog>();
+  std::shared_ptr<Platform> services_ = std::make_shared<Platform>(*Platform::native());
 };
 
 }  // namespace morvelune::testing
