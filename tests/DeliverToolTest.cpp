@@ -1,28 +1,21 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <thread>
 
 #include "support/LoopbackOrigin.h"
 #include "support/Media.h"
+#include "support/Program.h"
 #include "support/TemporaryDirectory.h"
 
 namespace morvelune::testing {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using nlohmann::ordered_json;
 using Names = std::vector<std::string>;
 
@@ -33,64 +26,16 @@ constexpr bool sanitized = true;
 constexpr bool sanitized = false;
 #endif
 
-std::string contentsOf(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-struct Ended {
-  int status = -1;  // the exit status, or less than 0: the signal
-  std::string out;
-  std::string err;
-  double seconds = 0;
-  long peakKilobytes = 0;
-
-  [[nodiscard]] ordered_json report() const { return ordered_json::parse(out); }
-};
-
-// Runs the built program with a folder of its own for temporary files, which must be empty again
-// after every run.
+// Runs "deliver" on pushes whose attachments the loopback origin serves.
 class DeliverTool : public ::testing::Test {
  protected:
-  pid_t start(const Names& arguments, const std::string& input) {
-    started_ = Clock::now();
-    const std::string in = files_.write("in", input);
-    Names all{MORVELUNE_PATH, "deliver"};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    Names variables{"TMPDIR=" + temporary_.path()};
-    for (char** each = environ; *each != nullptr; ++each) {
-      if (!std::string_view(*each).starts_with("TMPDIR=")) variables.emplace_back(*each);
-    }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, in.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    pid_t pid = -1;
-    EXPECT_EQ(posix_spawn(&pid, MORVELUNE_PATH, &actions, nullptr, pointers(all).data(),
-                          pointers(variables).data()),
-              0);
-    posix_spawn_file_actions_destroy(&actions);
-    return pid;
+  pid_t start(Names arguments, const std::string& input) {
+    arguments.insert(arguments.begin(), "deliver");
+    return program_.start(std::move(arguments), input);
   }
 
-  Ended wait(pid_t pid) {
-    Ended ended;
-    int status = 0;
-    rusage usage{};
-    EXPECT_EQ(wait4(pid, &status, 0, &usage), pid);
-    ended.seconds = std::chrono::duration<double>(Clock::now() - started_).count();
-    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    if (std::filesystem::is_regular_file(out_)) ended.out = contentsOf(out_);
-    ended.err = contentsOf(err_);
-    ended.peakKilobytes = usage.ru_maxrss;
-    EXPECT_EQ(temporary_.names(), Names{});
-    return ended;
-  }
-
-  Ended run(const Names& arguments, const std::string& input = "") {
-    return wait(start(arguments, input));
+  Ended run(Names arguments, const std::string& input = "") {
+    return program_.wait(start(std::move(arguments), input));
   }
 
   // Delivers a push of this system, with --json, its payload on standard input.
@@ -103,13 +48,6 @@ class DeliverTool : public ::testing::Test {
   ordered_json attachment(const std::string& identifier, Reply reply) {
     origin_.serve("/" + identifier, std::move(reply));
     return {{"att-id", identifier}, {"att-url", origin_.url("/" + identifier)}};
-  }
-
-  static std::vector<char*> pointers(Names& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts) pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
   }
 
   // One member of each object in a list.
@@ -126,13 +64,8 @@ class DeliverTool : public ::testing::Test {
   }
 
   TemporaryDirectory files_;
-  TemporaryDirectory temporary_;
   LoopbackOrigin origin_;
-  std::string out_ = files_.path() + "/out";
-
- private:
-  std::string err_ = files_.path() + "/err";
-  Clock::time_point started_;
+  Program program_;
 };
 
 TEST_F(DeliverTool, ReportsAFullDeliveryAsJSON) {
@@ -160,13 +93,17 @@ TEST_F(DeliverTool, ReportsAFullDeliveryAsJSON) {
   EXPECT_EQ(nlohmann::json(content["userInfo"]), nlohmann::json(userInfo));
   content["userInfo"] = {};
   for (ordered_json& one : content["attachments"]) {
-    EXPECT_TRUE(one["path"].get<std::string>().starts_with(temporary_.path()));
+    EXPECT_TRUE(one["path"].get<std::string>().starts_with(program_.temporaryPath()));
     one["path"] = "";
   }
   for (ordered_json& one : report["requests"]) {
     EXPECT_LE(one["startedMs"].get<double>(), one["finishedMs"].get<double>());
     one["startedMs"] = one["finishedMs"] = 1;
   }
+  EXPECT_EQ(each(report["findings"], "code"),
+            (Names{"no-mutable-content", "attachment-plain-http", "extension-unknown",
+                   "attachment-plain-http"}));
+  report["findings"] = {};
   // The tracking address is joined as file paths are.
   const std::string host = "127.0.0.1:" + std::to_string(origin_.port());
   const std::string tracked = "http:/" + host + "/t/seen?s=375,812&o=portrait&c=FR&l=fr-FR&d=V";
@@ -188,18 +125,21 @@ TEST_F(DeliverTool, ReportsAFullDeliveryAsJSON) {
                 R"(/a.gif","identifier":"a.gif","outcome":"finished",)"
                 R"("status":200,"bytes":16,"startedMs":1,"finishedMs":1,)"
                 R"("error":null}],"log":["//--// track url: )" +
-                tracked + R"("]})");
+                tracked + R"("],"findings":null})");
 }
 
 TEST_F(DeliverTool, ReportsToPeopleWithoutControlCharacters) {
   const ordered_json payload{
       {"aps", {{"alert", "Hi \x1B[2J\nthere"}}},
       {"k2tid", "1"},
+      {"k2tb", {ordered_json::object()}},
       {"mvl-atts", {attachment("a", {.body = pngBytes()}), {{"att-id", "b"}}, 7}}};
   const Ended ended = run({"-"}, payload.dump());
   EXPECT_EQ(ended.status, 0);
-  for (const char* part : {"Recognised: yes\n", "Hi \\u001B[2J\\nthere\n", "public.png  16 bytes",
-                           "no valid address", "mvl.default.id"}) {
+  EXPECT_TRUE(ended.out.starts_with("Findings\n")) << ended.out;
+  for (const char* part :
+       {"error button-no-bid at k2tb[0].bid\n", "\nRecognised: yes\n", "Hi \\u001B[2J\\nthere\n",
+        "public.png  16 bytes", "no valid address", "mvl.default.id"}) {
     EXPECT_NE(ended.out.find(part), std::string::npos) << part << '\n' << ended.out;
   }
   EXPECT_EQ(ended.out.find('\x1B'), std::string::npos);
@@ -426,12 +366,12 @@ TEST_F(DeliverTool, CleansUpWhenASignalEndsIt) {
          {attachment("a", {.body = pngBytes(), .bodySize = 1 << 16, .fate = Reply::Fate::stall})}}};
     const pid_t pid = start({"-"}, payload.dump());
     // The run's folder, and in it the file that is being written.
-    for (int i = 0; i < 1000 && temporary_.names().size() < 2; ++i) {
+    for (int i = 0; i < 1000 && program_.temporaryNames().size() < 2; ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    EXPECT_EQ(temporary_.names().size(), 2U);
+    EXPECT_EQ(program_.temporaryNames().size(), 2U);
     kill(pid, signal);
-    const Ended ended = wait(pid);
+    const Ended ended = program_.wait(pid);
     EXPECT_EQ(ended.status, -signal);
     EXPECT_LT(ended.seconds, 5);
     EXPECT_EQ(ended.out, "");
@@ -439,7 +379,7 @@ TEST_F(DeliverTool, CleansUpWhenASignalEndsIt) {
 }
 
 TEST_F(DeliverTool, SaysWhenItsReportCannotBeWritten) {
-  out_ = "/dev/full";
+  program_.fillStandardOutput();
   EXPECT_EQ(run({"-"}, "{}").status, 1);
 }
 

@@ -10,7 +10,7 @@
 namespace morvelune {
 namespace {
 
-constexpr std::uintmax_t megabyte = 1024 * 1024;
+constexpr std::uintmax_t megabyte = 1 << 20;
 
 class NotificationAttachmentsContract
     : public ::testing::TestWithParam<std::shared_ptr<NotificationAttachments> (*)()> {
@@ -47,23 +47,13 @@ constexpr char unrecognized[] = "101 Unrecognized attachment file type";
 constexpr char invalidSize[] = "102 Invalid attachment file size";
 
 TEST_P(NotificationAttachmentsContract, TakesTheTypeFromTheExtension) {
-  const std::vector<std::pair<const char*, const char*>> cases = {
-      {"a.aif", "public.aiff-audio"},
-      {"a.wav", "com.microsoft.waveform-audio"},
-      {"a.mp3", "public.mp3"},
-      {"a.m4a", "public.mpeg-4-audio"},
-      {"a.jpeg", "public.jpeg"},
-      {"a.gif", "com.compuserve.gif"},
-      {"a b.x.PnG", "public.png"},
-      {"a.MPG", "public.mpeg"},
-      {"a.m2v", "public.mpeg-2-video"},
-      {"a.mp4", "public.mpeg-4"},
-      {"a.avi", "public.avi"},
-      {"a.txt", unrecognized},
-      {"a", unrecognized},
-      {"a.", unrecognized},
-      {".png", unrecognized}};
-  for (const auto& [name, type] : cases) EXPECT_EQ(outcome(name), type) << name;
+  EXPECT_EQ(outcome("a b.x.PnG"), "public.png");
+  EXPECT_EQ(outcome("a.Mpeg"), "public.mpeg");
+  EXPECT_EQ(outcome("a.m15"), "public.mpeg");
+  EXPECT_EQ(outcome("a.wav"), "com.microsoft.waveform-audio");
+  for (const char* name : {"a.txt", "a", "a.", ".png", "a.png-id", "a.pn"}) {
+    EXPECT_EQ(outcome(name), unrecognized) << name;
+  }
 }
 
 TEST_P(NotificationAttachmentsContract, AHintBeatsTheExtension) {

@@ -66,8 +66,7 @@ TEST_P(TextContract, CountsAndCutsInUTF16Units) {
 
 TEST_P(TextContract, MatchesWholeTexts) {
   const std::string number = R"(^(\+|\-)\d+(.|\,)?\d*$)";
-  for (const char* text : {"+5", "+\u0665", "-5😀2"})
-    EXPECT_TRUE(text_->matches(text, number)) << text;
+  for (const char* text : {"+5", "+\u0665", "-5😀2"}) EXPECT_TRUE(text_->matches(text, number));
   for (const char* text : {"+5\n", "+5\u2028", "x+5"}) EXPECT_FALSE(text_->matches(text, number));
   EXPECT_FALSE(text_->matches("+5", R"(\d)"));
   EXPECT_FALSE(text_->matches("a\0"s, "a"));
@@ -77,22 +76,14 @@ TEST_P(TextContract, MatchesWholeTexts) {
 }
 
 TEST_P(TextContract, ReadsNumbersLeniently) {
-  const std::vector<std::pair<const char*, double>> cases = {
-      {"12.5x", 12.5},
-      {" \t\n\u00A0+2", 2},
-      {".5", 0.5},
-      {"5.", 5},
-      {"-1.5E2", -150},
-      {"1.2.3", 1.2},
-      {"1,5", 1},
-      {"1e", 1},
-      {"1e+", 1},
-      {"1e-999", 0},
-      {"1e999", HUGE_VAL},
-      {"-1e999", -HUGE_VAL},
-      {"4.9406564584124654e-324", std::numeric_limits<double>::denorm_min()}};
-  for (const auto& [text, number] : cases) EXPECT_EQ(text_->doubleValue(text), number) << text;
-  for (const char* text : {"", "abc", "+-2", "- 5", ".", "0x10", "inf", "nan"}) {
+  const std::vector<std::pair<double, const char*>> cases = {
+      {12.5, "12.5x"}, {2, " \t\n+2"},   {2, "\u00A02"},      {0.5, ".5"},
+      {5, "5."},       {-150, "-1.5E2"}, {1.2, "1.2.3"},      {1, "1,5"},
+      {1, "1e"},       {1, "1e+"},       {HUGE_VAL, "1e999"}, {-HUGE_VAL, "-1e999"}};
+  for (const auto& [number, text] : cases) EXPECT_EQ(text_->doubleValue(text), number) << text;
+  EXPECT_EQ(text_->doubleValue("4.9406564584124654e-324"),
+            std::numeric_limits<double>::denorm_min());
+  for (const char* text : {"", "abc", "1e-999", "+-2", "- 5", ".", "0x10", "inf", "nan"}) {
     EXPECT_EQ(text_->doubleValue(text), 0) << text;
   }
 }

@@ -3,11 +3,12 @@
 
 namespace morvelune::tool {
 
-inline constexpr int exitDelivered = 0;
-// The payload cannot be read, or what was delivered cannot be written.
+inline constexpr int exitSuccess = 0;
+// Input cannot be read, or the report cannot be written.
 inline constexpr int exitFailed = 1;
 inline constexpr int exitUsage = 2;
-// Only when asked to be strict: delivered, but not all of it as the payload wished.
-inline constexpr int exitIncomplete = 3;
+// An inspected push has findings that count. For a delivery only when asked to be strict: not all
+// of it went as the payload wished.
+inline constexpr int exitFaulty = 3;
 
 }  // namespace morvelune::tool

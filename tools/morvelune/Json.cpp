@@ -44,4 +44,8 @@ ordered_json toJson(const Value& value) {
   return nullptr;
 }
 
+std::string dump(const ordered_json& json, int indent) {
+  return json.dump(indent, ' ', false, ordered_json::error_handler_t::replace);
+}
+
 }  // namespace morvelune::tool

@@ -139,25 +139,29 @@ std::variant<std::string, PayloadError> readText(const std::string& name) {
   std::string text(maximumPayloadBytes + 1, '\0');
   text.resize(std::fread(text.data(), 1, text.size(), file.get()));
   if (std::ferror(file.get()) != 0) return unreadable(errno);
-  if (text.size() > maximumPayloadBytes) {
-    return PayloadError{1, 1, "larger than " + std::to_string(maximumPayloadBytes) + " bytes"};
-  }
   return text;
 }
 
 }  // namespace
 
-std::variant<Dictionary, PayloadError> parsePayload(std::string text) {
+std::string describe(const PayloadError& error) {
+  return std::to_string(error.line) + ':' + std::to_string(error.column) + ": " + error.message;
+}
+
+std::variant<Payload, PayloadError> parsePayload(std::string text) {
+  if (text.size() > maximumPayloadBytes) {
+    return PayloadError{1, 1, "larger than " + std::to_string(maximumPayloadBytes) + " bytes"};
+  }
   Source source(text);
   std::istream stream(&source);
   ValueBuilder builder(source);
   json::sax_parse(stream, &builder);
   if (builder.error()) return errorAt(text, builder.error()->first, builder.error()->second);
-  if (const auto payload = builder.root().dictionary()) return *payload;
+  if (auto content = builder.root().dictionary()) return Payload{std::move(*content), text.size()};
   return errorAt(text, text.find_first_not_of("\xEF\xBB\xBF \t\r\n") + 1, "not a JSON object");
 }
 
-std::variant<Dictionary, PayloadError> readPayload(const std::string& file) {
+std::variant<Payload, PayloadError> readPayload(const std::string& file) {
   auto text = readText(file);
   if (auto* error = std::get_if<PayloadError>(&text)) return std::move(*error);
   return parsePayload(std::move(std::get<std::string>(text)));

@@ -22,10 +22,18 @@ struct PayloadError {
   std::string message;
 };
 
+struct Payload {
+  Dictionary content;
+  std::size_t bytes = 0;  // of its text, white space included
+};
+
+// As "LINE:COLUMN: message".
+[[nodiscard]] std::string describe(const PayloadError& error);
+
 // A byte-order mark before the object is skipped. Of equal keys in one object the last one counts.
 // Integers are kept exactly up to 64 bits; a number that no double can hold is refused.
-[[nodiscard]] std::variant<Dictionary, PayloadError> parsePayload(std::string text);
+[[nodiscard]] std::variant<Payload, PayloadError> parsePayload(std::string text);
 // The same for the contents of a file; "-" is standard input.
-[[nodiscard]] std::variant<Dictionary, PayloadError> readPayload(const std::string& file);
+[[nodiscard]] std::variant<Payload, PayloadError> readPayload(const std::string& file);
 
 }  // namespace morvelune::tool

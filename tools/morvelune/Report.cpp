@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <optional>
 
+#include "tools/morvelune/InspectionReport.h"
 #include "tools/morvelune/Json.h"
+#include "tools/morvelune/TextTable.h"
 
 namespace morvelune::tool {
 namespace {
@@ -61,11 +63,6 @@ File fileOf(const UNNotificationAttachment& attachment, const Report& report) {
   return file;
 }
 
-template <typename T>
-ordered_json orNull(const std::optional<T>& value) {
-  return value ? ordered_json(*value) : ordered_json();
-}
-
 // To a tenth of a millisecond; more would be noise.
 double rounded(double milliseconds) {
   return std::round(milliseconds * 10) / 10;
@@ -100,55 +97,10 @@ ordered_json requestJson(const RecordedRequest& request) {
   return json;
 }
 
-// Escapes as the platform's log does, whose formatting this borrows.
-std::string shown(std::string_view text) {
-  class Line : public SystemLog {
-   public:
-    void writeLine(const std::string& line) override { text = line; }
-    std::string text;
-  } line;
-  line.log("%@", {text});
-  return line.text;
-}
-
 std::string number(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.1f", value);
   return text;
-}
-
-std::size_t widthOf(const std::string& text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
-using Rows = std::vector<std::vector<std::string>>;
-
-// Columns as wide as their widest cell, two blanks between them. The last cell of a row may stick
-// out; a column that is empty in every row is left out.
-std::string aligned(const Rows& rows) {
-  std::vector<std::size_t> widths;
-  for (const auto& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-      widths[i] = std::max(widths[i], widthOf(row[i]));
-    }
-  }
-  std::string text;
-  for (const auto& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const std::size_t width = widthOf(row[i]);
-      if (std::max(width, widths[i]) == 0) continue;
-      line += "  " + row[i] + std::string(std::max(width, widths[i]) - width, ' ');
-    }
-    text += line.erase(line.find_last_not_of(' ') + 1) + '\n';
-  }
-  return text;
-}
-
-std::string section(const std::string& heading, const Rows& rows) {
-  return rows.empty() ? "" : heading + '\n' + aligned(rows);
 }
 
 std::string deliveryText(const Delivery& delivery, const Report& report) {
@@ -187,7 +139,9 @@ std::vector<std::string> requestRow(const RecordedRequest& request) {
 }  // namespace
 
 std::string textReport(const Report& report) {
-  std::string text = report.recognised ? "Recognised: yes\n" : "Recognised: no\n";
+  std::string text = findingsText(report.findings);
+  if (!text.empty()) text += '\n';
+  text += report.recognised ? "Recognised: yes\n" : "Recognised: no\n";
   for (const Delivery& delivery : report.outcome.deliveries) {
     text += '\n' + deliveryText(delivery, report);
   }
@@ -216,7 +170,8 @@ std::string jsonReport(const Report& report) {
   const ordered_json json{{"recognised", report.recognised},
                           {"deliveries", std::move(deliveries)},
                           {"requests", std::move(requests)},
-                          {"log", report.outcome.recording.log}};
+                          {"log", report.outcome.recording.log},
+                          {"findings", findingsJson(report.findings)}};
   // What a server says need not be UTF-8; bad bytes are replaced rather than thrown at.
   return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + '\n';
 }

@@ -5,11 +5,13 @@
 #include <string>
 
 #include "tools/morvelune/Delivery.h"
+#include "tools/morvelune/Findings.h"
 
 namespace morvelune::tool {
 
 struct Report {
   bool recognised = false;  // this system sent the push
+  Findings findings;        // that its payload alone gives
   Outcome outcome;
   std::map<std::string, std::string> keptPaths;  // of attachments, by where they were staged
 };

@@ -6,6 +6,8 @@
 
 #include "tools/morvelune/DeliverCommand.h"
 #include "tools/morvelune/ExitStatus.h"
+#include "tools/morvelune/InspectCommand.h"
+#include "tools/morvelune/TypeCommand.h"
 
 namespace {
 
@@ -19,13 +21,19 @@ int run(int argc, char** argv) {
   });
   app.require_subcommand(1);
   DeliverOptions deliverOptions;
+  InspectOptions inspectOptions;
+  TypeOptions typeOptions;
   addDeliverCommand(app, deliverOptions);
+  const CLI::App* inspect = addInspectCommand(app, inspectOptions);
+  const CLI::App* type = addTypeCommand(app, typeOptions);
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {  // --help and --version, too
-    return app.exit(error) == 0 ? exitDelivered : exitUsage;
+    return app.exit(error) == 0 ? exitSuccess : exitUsage;
   }
+  if (inspect->parsed()) return inspectCommand(inspectOptions);
+  if (type->parsed()) return typeCommand(typeOptions);
   return deliverCommand(deliverOptions);
 }
 

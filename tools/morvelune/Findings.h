@@ -1,0 +1,102 @@
+// Findings: what keeps a push from becoming what its sender meant, or may do so.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace morvelune::tool {
+
+// What a device does is at fault with an error; with a warning it depends on more than the payload.
+enum class Severity : std::uint8_t { error, warning };
+
+// A kind of finding. Its name never changes; its message, one sentence, says what will happen and
+// what to do, with "%@" in the place of each detail.
+struct FindingCode {
+  std::string_view name;
+  Severity severity;
+  std::string_view message;
+};
+
+struct Finding {
+  const FindingCode* code;  // one of those below
+  std::string path;         // in the payload, such as "mvl-atts[2].att-url"; "." is all of it
+  std::string message;
+};
+
+using Findings = std::vector<Finding>;
+
+namespace codes {
+
+inline constexpr FindingCode notRecognised{
+    "not-recognised", Severity::error,
+    "The extension hands a push without \"k2tid\" back as it came; add it, with any value."};
+inline constexpr FindingCode payloadTooLarge{
+    "payload-too-large", Severity::error,
+    "The push service refuses these %@ bytes, white space included, because it carries at most "
+    "%@; shorten the payload."};
+inline constexpr FindingCode noMutableContent{
+    "no-mutable-content", Severity::error,
+    "The extension is never called unless this is the number 1; set it."};
+inline constexpr FindingCode noAlert{
+    "no-alert", Severity::error,
+    "The extension is called only for a push that shows a text; give a title, subtitle or body."};
+inline constexpr FindingCode wrongType{
+    "wrong-type", Severity::error,
+    "It counts as missing, because it is %@ in the place of %@; change its type."};
+
+inline constexpr FindingCode trackingNoUrl{"tracking-no-url", Severity::error,
+                                           "No display tracking request will be sent: %@."};
+inline constexpr FindingCode actionNoUrl{"action-no-url", Severity::warning,
+                                         "This action has no tracking address: %@."};
+inline constexpr FindingCode tagUnfilled{"tag-unfilled", Severity::warning,
+                                         "The tag \"%@\" is sent as it stands, because %@."};
+
+inline constexpr FindingCode attachmentNoUrl{
+    "attachment-no-url", Severity::error,
+    "This attachment has no address and is never shown; give it that of its media file."};
+inline constexpr FindingCode attachmentBadUrl{
+    "attachment-bad-url", Severity::error,
+    "The address is no valid URL and the attachment is never shown; percent-encode blanks, "
+    "quotes, bars, brackets and whatever is not ASCII."};
+inline constexpr FindingCode attachmentScheme{
+    "attachment-scheme", Severity::error,
+    "Only http and https are fetched and the attachment is never shown; write an address that "
+    "begins with https://."};
+inline constexpr FindingCode attachmentPlainHttp{
+    "attachment-plain-http", Severity::warning,
+    "A device refuses plain http unless the app allows it; serve the file over https."};
+inline constexpr FindingCode attachmentIdSlash{
+    "attachment-id-slash", Severity::error,
+    "The file cannot be staged under an identifier with a \"/\" and is never shown; leave it out."};
+inline constexpr FindingCode attachmentIdMissing{
+    "attachment-id-missing", Severity::warning,
+    "Attachments are shown in the order of their identifiers; give this one an identifier, too."};
+inline constexpr FindingCode attachmentIdRepeated{
+    "attachment-id-repeated", Severity::warning,
+    "An earlier attachment is \"%@\", too, and which of them comes first is open; give each its "
+    "own identifier."};
+inline constexpr FindingCode extensionUnknown{
+    "extension-unknown", Severity::warning,
+    "The file name \"%@\" tells no type, so the file is shown only if its content or the server's "
+    "answer does; end it in a known extension, such as .png."};
+inline constexpr FindingCode extensionCase{
+    "extension-case", Severity::warning,
+    "The extension of \"%@\" is known in lower case only, so the file is shown only if its content "
+    "or the server's answer tells its type; write it in lower case."};
+
+inline constexpr FindingCode buttonNoBid{
+    "button-no-bid", Severity::error,
+    "A tap on this button is never known as such; give it an identifier."};
+inline constexpr FindingCode buttonBidRepeated{
+    "button-bid-repeated", Severity::warning,
+    "An earlier button is \"%@\", too, and a tap on either counts as a tap on that one; give each "
+    "its own identifier."};
+inline constexpr FindingCode buttonBidReserved{
+    "button-bid-reserved", Severity::warning,
+    "A tap is never taken for this button, because \"%@\" is an action of the system; choose "
+    "another identifier."};
+
+}  // namespace codes
+}  // namespace morvelune::tool

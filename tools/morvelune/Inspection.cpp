@@ -1,0 +1,327 @@
+#include "tools/morvelune/Inspection.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "detection/TypeResolution.h"
+#include "morvelune/MVLConstants.h"
+#include "morvelune/MVLNotificationContentExtension.h"
+#include "morvelune/MVLPushHelpers.h"
+#include "morvelune/MVLURLHelpers.h"
+#include "morvelune/platform/Path.h"
+#include "platform/linux/SuggestedFilename.h"
+#include "tools/morvelune/TextTable.h"
+
+namespace morvelune::tool {
+namespace {
+
+using Type = Value::Type;
+using Types = std::initializer_list<Type>;
+
+// The platform's documented limit for a remote notification's payload.
+constexpr std::size_t mostBytes = 4096;
+// Of an attachment whose entry has none, as the extension names it.
+constexpr char defaultIdentifier[] = "mvl.default.id";
+
+// Integers and other numbers are one to a sender.
+Type kindOf(const Value& value) {
+  return value.type() == Type::real ? Type::integer : value.type();
+}
+
+std::string nameOf(Type type) {
+  switch (type) {
+    case Type::boolean:
+      return "a boolean";
+    case Type::integer:
+    case Type::real:
+      return "a number";
+    case Type::string:
+      return "a string";
+    case Type::array:
+      return "an array";
+    case Type::dictionary:
+      return "a dictionary";
+    case Type::null:
+    case Type::data:
+      break;
+  }
+  return "null";
+}
+
+std::string namesOf(Types types) {
+  std::string names;
+  for (const Type type : types) names += (names.empty() ? "" : " or ") + nameOf(type);
+  return names;
+}
+
+std::string lowercased(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  return text;
+}
+
+std::string join(const std::string& path, std::string_view key) {
+  return (path + '.').append(key);
+}
+
+std::string element(std::string_view key, std::size_t index) {
+  return std::string(key) + '[' + std::to_string(index) + ']';
+}
+
+// The names of the tags that stand in an address, each once. Between two bars of different tags
+// there is no tag: what delimits the parts of an address is taken to be in no name.
+std::vector<std::string> tagsIn(const std::string& address) {
+  std::vector<std::string> names;
+  std::set<std::string> seen;
+  const std::string lower = lowercased(address);
+  for (const std::string_view bar : {"|", "%7c"}) {
+    for (std::size_t open = lower.find(bar); open != std::string::npos;) {
+      const std::size_t begin = open + bar.size();
+      const std::size_t close = lower.find(bar, begin);
+      if (close == std::string::npos) break;
+      const std::string name = address.substr(begin, close - begin);
+      const std::string tag = address.substr(open, close + bar.size() - open);
+      const bool isTag = name.find_first_of("/?#&=%| ") == std::string::npos &&
+                         MVLURLHelpers::rangeOfTag(name, tag).location == 0 && !name.empty();
+      if (isTag && seen.insert(name).second) names.push_back(name);
+      open = isTag ? lower.find(bar, close + bar.size()) : close;
+    }
+  }
+  return names;
+}
+
+// Whether "aps" has a text to show, be it one that the app translates.
+bool hasAlertText(const Dictionary& aps) {
+  if (const auto body = aps.string("alert")) return !body->empty();
+  const Dictionary alert = aps.dictionary("alert").value_or(Dictionary());
+  const auto keys = {"title", "subtitle", "body", "title-loc-key", "subtitle-loc-key", "loc-key"};
+  return std::any_of(keys.begin(), keys.end(),
+                     [&alert](const char* key) { return !alert.string(key).value_or("").empty(); });
+}
+
+class Inspector {
+ public:
+  Inspector(const Dictionary& payload, std::size_t bytes) : payload_(payload) {
+    result_.bytes = bytes;
+  }
+
+  Inspection inspect() {
+    result_.recognised = MVLPushHelpers::isMorveluneNotification(payload_);
+    if (!result_.recognised) find(codes::notRecognised, "k2tid");
+    if (result_.bytes > mostBytes) {
+      find(codes::payloadTooLarge, ".", {std::to_string(result_.bytes), std::to_string(mostBytes)});
+    }
+    inspectAps();
+    inspectTracking();
+    inspectAttachments();
+    inspectButtons();
+    result_.customParams = MVLPushHelpers::customParamsFromUserInfo(payload_);
+    return std::move(result_);
+  }
+
+ private:
+  void find(const FindingCode& code, std::string path,
+            std::initializer_list<std::optional<std::string_view>> details = {}) {
+    result_.findings.push_back({&code, std::move(path), formatted(code.message, details)});
+  }
+
+  void expect(Types types, const Value& value, const std::string& path) {
+    if (std::find(types.begin(), types.end(), kindOf(value)) != types.end()) return;
+    find(codes::wrongType, path, {nameOf(kindOf(value)), namesOf(types)});
+  }
+
+  // The same for a key of a dictionary at `path`, when it is there.
+  void expect(Types types, const Dictionary& parent, std::string_view key,
+              const std::string& path = "") {
+    const auto value = parent.value(key);
+    if (value) expect(types, *value, path.empty() ? std::string(key) : join(path, key));
+  }
+
+  void inspectAps() {
+    expect({Type::dictionary}, payload_, "aps");
+    const Dictionary aps = payload_.dictionary("aps").value_or(Dictionary());
+    const Value mutableContent = aps.value("mutable-content").value_or(Value());
+    if (mutableContent != Value(1) && mutableContent != Value(1.0)) {
+      find(codes::noMutableContent, "aps.mutable-content");
+    }
+    expect({Type::string, Type::dictionary}, aps, "alert", "aps");
+    const Dictionary alert = aps.dictionary("alert").value_or(Dictionary());
+    for (const char* key : {"title", "subtitle", "body"}) {
+      expect({Type::string}, alert, key, "aps.alert");
+    }
+    if (!hasAlertText(aps)) find(codes::noAlert, "aps.alert");
+  }
+
+  void inspectTracking() {
+    if (!payload_.contains("mvl-tk")) return;
+    expect({Type::dictionary}, payload_, "mvl-tk");
+    const Dictionary descriptor = payload_.dictionary("mvl-tk").value_or(Dictionary());
+    expect({Type::string}, descriptor, "url", "mvl-tk");
+    expect({Type::dictionary}, descriptor, "params", "mvl-tk");
+    for (const auto& [key, entry] : descriptor) {
+      if (key != "url" && key != "params") inspectAction(descriptor, key, entry);
+    }
+    InspectedAction display{.name = MVLUNCenterTrackingActionReceived};
+    if (!descriptor.contains(display.name)) explainMissingAddress(descriptor, display);
+  }
+
+  void inspectAction(const Dictionary& descriptor, const std::string& name, const Value& entry) {
+    const std::string path = join("mvl-tk", name);
+    expect({Type::string}, entry, path);
+    InspectedAction action{.name = name};
+    if (const auto url = MVLPushHelpers::trackingURLForAction(name, payload_)) {
+      action.url = url->absoluteString();
+      action.unfilled = tagsIn(*action.url);
+      for (const std::string& tag : action.unfilled) {
+        find(codes::tagUnfilled, path,
+             {tag,
+              "\"params\" has no text or number for it, or an earlier one of that name was "
+              "filled; give it a value or take it out"});
+      }
+    } else {
+      explainMissingAddress(descriptor, action);
+    }
+    result_.tracking.push_back(std::move(action));
+  }
+
+  // Notes what stays unfilled in the action, too.
+  void explainMissingAddress(const Dictionary& descriptor, InspectedAction& action) {
+    const auto base = descriptor.string("url");
+    const auto component = descriptor.string(action.name);
+    std::string reason;
+    if (!base) {
+      reason = "\"mvl-tk\" has no text \"url\"; add it";
+    } else if (!component) {
+      reason = "\"mvl-tk\" has no text \"" + action.name + "\"; add it";
+    } else {
+      const std::string filled =
+          MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
+                                   descriptor.dictionary("params"))
+              .value_or("");
+      action.unfilled = tagsIn(filled);
+      reason = whyNoURL(filled, action.unfilled);
+    }
+    const bool isDisplay = action.name == MVLUNCenterTrackingActionReceived;
+    find(isDisplay ? codes::trackingNoUrl : codes::actionNoUrl, join("mvl-tk", action.name),
+         {reason});
+  }
+
+  static std::string whyNoURL(const std::string& filled, const std::vector<std::string>& unfilled) {
+    if (unfilled.empty() || filled.find('|') == std::string::npos) {
+      return "\"" + filled + "\" is no valid URL; percent-encode what a URL cannot hold";
+    }
+    std::string tags;
+    for (const std::string& tag : unfilled) tags += (tags.empty() ? "|" : ", |") + tag + '|';
+    return "what stays unfilled (" + tags +
+           ") makes it no valid URL; give it a value in \"params\" or take it out";
+  }
+
+  void inspectAttachments() {
+    expect({Type::array}, payload_, MVLPayloadAttachmentsKey);
+    const Array entries = payload_.array(MVLPayloadAttachmentsKey).value_or(Array());
+    std::set<std::string> identifiers;
+    for (const Value& entry : entries) {
+      const std::string path = element(MVLPayloadAttachmentsKey, result_.attachments.size());
+      expect({Type::dictionary}, entry, path);
+      const Dictionary attachment = entry.dictionary().value_or(Dictionary());
+      expect({Type::string}, attachment, MVLAttachmentURLKey, path);
+      expect({Type::string}, attachment, MVLAttachmentIDKey, path);
+      const auto identifier = attachment.string(MVLAttachmentIDKey);
+      InspectedAttachment inspected{.identifier = identifier.value_or(defaultIdentifier)};
+      inspectAddress(attachment.string(MVLAttachmentURLKey), join(path, MVLAttachmentURLKey),
+                     inspected);
+      const bool isFirst = identifiers.insert(inspected.identifier).second;
+      const std::string idPath = join(path, MVLAttachmentIDKey);
+      if (identifier && identifier->find('/') != std::string::npos) {
+        find(codes::attachmentIdSlash, idPath);
+      }
+      if (!identifier && entries.size() > 1) {
+        find(codes::attachmentIdMissing, idPath);
+      } else if (!isFirst) {
+        find(codes::attachmentIdRepeated, idPath, {inspected.identifier});
+      }
+      result_.attachments.push_back(std::move(inspected));
+    }
+  }
+
+  void inspectAddress(const std::optional<std::string>& address, const std::string& path,
+                      InspectedAttachment& attachment) {
+    if (!address || address->empty()) return find(codes::attachmentNoUrl, path);
+    const auto url = URL::parse(*address);
+    if (!url) return find(codes::attachmentBadUrl, path);
+    attachment.url = *address;
+    const std::string scheme = url->scheme();
+    if (scheme != "http" && scheme != "https") return find(codes::attachmentScheme, path);
+    if (scheme == "http") find(codes::attachmentPlainHttp, path);
+    for (const std::string& tag : tagsIn(*address)) {
+      find(codes::tagUnfilled, path,
+           {tag, "tags are filled in tracking addresses only; write its value out"});
+    }
+    const std::string name = suggestedFilename(std::nullopt, *address);
+    attachment.typeByName = detection::typeOfFilename(name);
+    if (attachment.typeByName) return;
+    const bool isKnown = detection::extensionMap().contains(lowercased(pathExtension(name)));
+    find(isKnown ? codes::extensionCase : codes::extensionUnknown, path, {name});
+  }
+
+  void inspectButtons() {
+    expect({Type::array}, payload_, "k2tb");
+    const Array entries = payload_.array("k2tb").value_or(Array());
+    std::map<std::string, std::size_t> firstOf;
+    for (const Value& entry : entries) {
+      const std::size_t index = result_.buttons.size();
+      const std::string path = element("k2tb", index);
+      expect({Type::dictionary}, entry, path);
+      const Dictionary button = entry.dictionary().value_or(Dictionary());
+      expect({Type::string}, button, "bid", path);
+      expect({Type::dictionary}, button, "ccp", path);
+      expect({Type::boolean, Type::integer, Type::string}, button, "delay-dismiss", path);
+      const auto identifier = button.string("bid");
+      InspectedButton inspected;
+      if (!identifier) {
+        find(codes::buttonNoBid, join(path, "bid"));
+      } else if (const auto [first, isNew] = firstOf.try_emplace(*identifier, index); isNew) {
+        inspected = tapped(*identifier, button, path);
+      } else {
+        find(codes::buttonBidRepeated, join(path, "bid"), {*identifier});
+        inspected = result_.buttons[first->second];
+      }
+      result_.buttons.push_back(std::move(inspected));
+    }
+  }
+
+  // What a tap gives when the button is the first of its identifier. The library looks for it
+  // among this one alone, because a search per button would take time that grows with the square
+  // of their number.
+  InspectedButton tapped(const std::string& identifier, const Dictionary& button,
+                         const std::string& path) {
+    if (identifier == UNNotificationDefaultActionIdentifier ||
+        identifier == UNNotificationDismissActionIdentifier) {
+      find(codes::buttonBidReserved, join(path, "bid"), {identifier});
+    }
+    const Dictionary payload{{"k2tid", true}, {"k2tb", Array{button}}};
+    const UNNotificationResponse response{{{std::make_shared<const UNNotificationContent>(
+                                              UNNotificationContent::Fields{.userInfo = payload})}},
+                                          identifier};
+    return {identifier,
+            MVLNotificationContentExtension::actionCustomParams(identifier, response)
+                .value_or(Dictionary()),
+            MVLNotificationContentExtension::shouldDelayDismissForNotificationResponse(response)};
+  }
+
+  const Dictionary& payload_;
+  Inspection result_;
+};
+
+}  // namespace
+
+Inspection inspect(const Dictionary& payload, std::size_t bytes) {
+  return Inspector(payload, bytes).inspect();
+}
+
+}  // namespace morvelune::tool
