@@ -2,23 +2,10 @@
 #include <unicode/ucurr.h>
 #include <unicode/unistr.h>
 
-#include <algorithm>
-
 #include "platform/linux/LinuxServices.h"
 
 namespace morvelune {
 namespace {
-
-bool isLetter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-// The code in the UTF-16 that ICU takes; empty unless it is three letters, as every code of
-// ISO 4217 is. ICU itself would cut a longer one and take "EURO" for "EUR".
-icu::UnicodeString currencyCodeOf(std::string_view code) {
-  if (code.size() != 3 || !std::all_of(code.begin(), code.end(), isLetter)) return {};
-  return icu::UnicodeString::fromUTF8(code);
-}
 
 class LinuxLocale : public Locale {
  public:
@@ -44,8 +31,9 @@ class LinuxLocale : public Locale {
 
   [[nodiscard]] std::optional<std::string> currencyName(
       std::string_view localeIdentifier, std::string_view currencyCode) const override {
-    icu::UnicodeString code = currencyCodeOf(currencyCode);
-    if (code.isEmpty()) return std::nullopt;
+    // A code is three letters of ASCII; ICU would cut a longer one and take "EURO" for "EUR".
+    if (currencyCode.size() != 3) return std::nullopt;
+    icu::UnicodeString code = icu::UnicodeString::fromUTF8(currencyCode);
     UErrorCode status = U_ZERO_ERROR;
     std::int32_t length = 0;
     const char16_t* name =
