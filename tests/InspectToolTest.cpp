@@ -239,17 +239,17 @@ TEST_F(InspectTool, TellsTheWorstByItsExitStatus) {
 
 TEST_F(InspectTool, AnswersEachLineInOrder) {
   const std::string good = payload({{"promo", 1}}).dump();
-  const std::string tooLong = '{' + std::string(1 << 20, ' ') + '}';
-  const std::string longest = '{' + std::string((1 << 20) - 2, ' ') + '}';
+  const std::string tooLong = '{' + std::string(1 << 15, ' ') + '}';
+  const std::string longest = '{' + std::string((1 << 15) - 2, ' ') + '}';
   const auto answers =
       inspectLines(lines({good, "", "[1]", tooLong, good, longest}) + "{\"a\":]", 1);
   ASSERT_EQ(answers.size(), 7U);
   for (std::size_t i = 0; i < answers.size(); ++i) EXPECT_EQ(answers[i]["line"], i + 1);
   EXPECT_TRUE(answers[1]["error"].get<std::string>().starts_with("2:1: syntax error"));
   EXPECT_EQ(answers[2].dump(), R"({"file":"-","line":3,"error":"3:1: not a JSON object"})");
-  EXPECT_EQ(answers[3]["error"], "4:1: larger than 1048576 bytes");
+  EXPECT_EQ(answers[3]["error"], "4:1: larger than 32768 bytes");
   EXPECT_TRUE(answers[6]["error"].get<std::string>().starts_with("7:6: syntax error"));
-  EXPECT_EQ(answers[5]["bytes"], 1 << 20);
+  EXPECT_EQ(answers[5]["bytes"], 1 << 15);
   for (const std::size_t i : {0U, 4U}) {
     EXPECT_EQ(answers[i]["customParams"], (ordered_json{{"promo", 1}}));
     EXPECT_EQ(answers[i]["findings"], ordered_json::array());

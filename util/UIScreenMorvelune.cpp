@@ -5,7 +5,7 @@ namespace morvelune {
 std::ptrdiff_t mvl_currentOrientation(const std::shared_ptr<const Screen>& screen) {
   const auto origin = screen ? screen->fixedOriginInCurrentSpace() : std::nullopt;
   if (!origin) return 0;
-  // Not "== 0" negated into "!= 0" by hand: a NaN counts as away from zero.
+  // A NaN counts as away from zero.
   const bool xIsZero = origin->x == 0;
   const bool yIsZero = origin->y == 0;
   if (xIsZero && yIsZero) return 1;

@@ -2,10 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <utility>
 #include <vector>
 
+#include "morvelune/MVLConstants.h"
 #include "tools/morvelune/ExitStatus.h"
 #include "tools/morvelune/Inspection.h"
 #include "tools/morvelune/InstalledPlatform.h"
@@ -24,12 +26,27 @@ std::chrono::duration<double> seconds(const std::string& text) {
   return std::chrono::duration<double>(decimal(text, day));
 }
 
-std::vector<std::string> attachmentIdentifiers(const Inspection& inspection) {
-  std::vector<std::string> identifiers;
+std::vector<AttachmentEntry> attachmentEntries(const Dictionary& payload,
+                                               const Inspection& inspection) {
+  std::vector<AttachmentEntry> entries;
+  const Array array = payload.array(MVLPayloadAttachmentsKey).value_or(Array());
   for (const auto& attachment : inspection.attachments) {
-    identifiers.push_back(attachment.identifier);
+    const auto entry = array.dictionary(entries.size()).value_or(Dictionary());
+    entries.push_back({attachment.identifier, entry.string(MVLAttachmentURLKey).value_or("")});
   }
-  return identifiers;
+  return entries;
+}
+
+// From the last delivery, which has the most attachments, to the first.
+void keepAll(Report& report, const std::string& folder) {
+  const auto& deliveries = report.outcome.deliveries;
+  try {
+    for (auto each = deliveries.rbegin(); each != deliveries.rend(); ++each) {
+      keepAttachments(each->content->attachments(), folder, report.keptPaths);
+    }
+  } catch (const std::filesystem::filesystem_error& error) {
+    report.keepError = "--keep: " + error.path1().string() + ": " + error.code().message();
+  }
 }
 
 bool isIncomplete(const Recording& recording) {
@@ -55,15 +72,12 @@ std::optional<Report> reportOn(const Payload& payload, const DeliverOptions& opt
     const InstalledPlatform installed(withoutLog(*platform));
     return inspect(payload.content, payload.bytes);
   }();
-  Recorder recorder(attachmentIdentifiers(inspection));
-  const InstalledPlatform installed(recorder.decorate(*platform, !options.json));
+  Recorder recorder(attachmentEntries(payload.content, inspection));
+  const InstalledPlatform installed(recorder.decorate(*platform));
   auto outcome = deliver(payload.content, options.limits, recorder, signals);
   if (!outcome) return std::nullopt;
-  Report report{inspection.recognised, std::move(inspection.findings), std::move(*outcome), {}};
-  if (options.keep) {
-    report.keptPaths =
-        keepAttachments(report.outcome.deliveries.back().content->attachments(), *options.keep);
-  }
+  Report report{inspection.recognised, std::move(inspection.findings), std::move(*outcome), {}, {}};
+  if (options.keep) keepAll(report, *options.keep);
   return report;
 }
 
@@ -86,8 +100,8 @@ void addDeliverCommand(CLI::App& app, DeliverOptions& options) {
       "Keep delivered attachments in this folder", "DIR");
   deliver->add_flag("--json", options.json, "Report as one JSON object");
   deliver->add_flag("--strict", options.strict,
-                    "Exit with 3 when a request failed, a type was unknown or an attachment was "
-                    "refused");
+                    "Exit with 3 when a request failed or is still pending, a type was unknown or "
+                    "an attachment was refused");
   addDeviceOptions(*deliver, options.device);
   deliver->footer(
       "Exit status: 0 delivered, 1 a payload that cannot be read or a report that cannot be "
@@ -103,10 +117,12 @@ int deliverCommand(const DeliverOptions& options) {
     try {
       prepareKeepFolder(*options.keep);
     } catch (const std::filesystem::filesystem_error& error) {
-      return fail(exitUsage, "--keep: " + *options.keep + ": " + error.code().message());
+      return fail(exitUsage, "--keep: " + shown(*options.keep) + ": " + error.code().message());
     }
   }
   std::string text;
+  std::string log;
+  std::string error;
   bool incomplete = false;
   {
     const TerminationSignals signals;
@@ -115,9 +131,15 @@ int deliverCommand(const DeliverOptions& options) {
     if (!report) return exitFailed;  // not reached: the signal ends the process here
     text = options.json ? jsonReport(*report) : textReport(*report);
     incomplete = isIncomplete(report->outcome.recording);
+    error = report->keepError;
+    if (!options.json) {
+      for (const std::string& line : report->outcome.recording.log) log += line + '\n';
+    }
   }
   // Printed last, so that nothing is left behind however long the reader takes.
+  std::cerr << log;
   std::cout << text;
+  if (!error.empty()) return fail(exitFailed, shown(error));
   return options.strict && incomplete ? exitFaulty : exitSuccess;
 }
 

@@ -1,5 +1,6 @@
 #include "tools/morvelune/Keep.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,11 +54,16 @@ bool place(const fs::path& file, const fs::path& name) {
   std::error_code error;
   fs::create_hard_link(file, name, error);
   if (!error) return true;
-  if (error == std::errc::file_exists) return false;
+  // Made here or not at all, so that what is taken back below is never somebody else's.
+  const int made = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  if (made < 0 && errno == EEXIST) return false;
+  if (made < 0) {
+    throw fs::filesystem_error("cannot make", name, {errno, std::generic_category()});
+  }
+  close(made);
   try {
-    return fs::copy_file(file, name);
-  } catch (const fs::filesystem_error& failure) {
-    if (failure.code() == std::errc::file_exists) return false;
+    return fs::copy_file(file, name, fs::copy_options::overwrite_existing);
+  } catch (const fs::filesystem_error&) {
     fs::remove(name, error);  // half a copy
     throw;
   }
@@ -74,11 +80,11 @@ void prepareKeepFolder(const fs::path& folder) {
   }
 }
 
-std::map<std::string, std::string> keepAttachments(
-    const UNNotificationContent::Attachments& attachments, const fs::path& folder) {
-  std::map<std::string, std::string> kept;
+void keepAttachments(const UNNotificationContent::Attachments& attachments, const fs::path& folder,
+                     std::map<std::string, std::string>& kept) {
   for (std::size_t i = 0; i < attachments.size(); ++i) {
     const std::string path = attachments[i]->url().path();
+    if (kept.contains(path)) continue;
     const std::string stem = std::to_string(i + 1) + '-' + safe(attachments[i]->identifier());
     const std::string extension = usualExtension(attachments[i]->type());
     fs::path name = folder / (stem + extension);
@@ -87,7 +93,6 @@ std::map<std::string, std::string> keepAttachments(
     }
     kept.emplace(path, name);
   }
-  return kept;
 }
 
 }  // namespace morvelune::tool

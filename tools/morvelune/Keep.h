@@ -14,10 +14,11 @@ namespace morvelune::tool {
 void prepareKeepFolder(const std::filesystem::path& folder);
 
 // Puts each file into the folder, named by its position, identifier and type, such as
-// "1-photo.png"; what else is in the folder is left alone, and a name that is taken is changed to
-// "1-photo-2.png". Gives the new paths by the old ones, which stay until the caller removes them.
-// Throws std::filesystem::filesystem_error when a file cannot be kept.
-[[nodiscard]] std::map<std::string, std::string> keepAttachments(
-    const UNNotificationContent::Attachments& attachments, const std::filesystem::path& folder);
+// "1-photo.png", and notes its new path in `kept`, where those that were kept already stand. What
+// else is in the folder is left alone, and a name that is taken is changed to "1-photo-2.png". The
+// old files stay until the caller removes them. Throws std::filesystem::filesystem_error when a
+// file cannot be kept.
+void keepAttachments(const UNNotificationContent::Attachments& attachments,
+                     const std::filesystem::path& folder, std::map<std::string, std::string>& kept);
 
 }  // namespace morvelune::tool

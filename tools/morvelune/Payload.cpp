@@ -157,6 +157,10 @@ std::variant<Payload, PayloadError> parsePayload(std::string text) {
   ValueBuilder builder(source);
   json::sax_parse(stream, &builder);
   if (builder.error()) return errorAt(text, builder.error()->first, builder.error()->second);
+  // The parser takes a zero byte for the end of the text.
+  if (const auto zero = text.find('\0'); zero != std::string::npos) {
+    return errorAt(text, zero + 1, "syntax error - invalid zero byte");
+  }
   if (auto content = builder.root().dictionary()) return Payload{std::move(*content), text.size()};
   return errorAt(text, text.find_first_not_of("\xEF\xBB\xBF \t\r\n") + 1, "not a JSON object");
 }

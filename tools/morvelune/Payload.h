@@ -10,8 +10,9 @@
 
 namespace morvelune::tool {
 
-// 256 times the most that the push service carries.
-inline constexpr std::size_t maximumPayloadBytes = 1 << 20;
+// Eight times the most that the push service carries, so that a payload that is too large is still
+// worth a look, and none can make the work that grows with its square felt.
+inline constexpr std::size_t maximumPayloadBytes = 1 << 15;
 // Objects and arrays within one another, the payload itself included.
 inline constexpr std::size_t maximumPayloadDepth = 512;
 

@@ -26,8 +26,7 @@ class Recorder::Notes {
  public:
   using Request = std::shared_ptr<RecordedRequest>;
 
-  explicit Notes(std::vector<std::string> attachmentIdentifiers)
-      : identifiers_(std::move(attachmentIdentifiers)) {}
+  explicit Notes(std::vector<AttachmentEntry> entries) : entries_(std::move(entries)) {}
 
   [[nodiscard]] double elapsedMs() const {
     return std::chrono::duration<double, std::milli>(Clock::now() - start_).count();
@@ -38,8 +37,9 @@ class Recorder::Notes {
     request->kind = kind;
     if (url) request->url = url->absoluteString();
     const std::lock_guard lock(mutex_);
-    if (kind == RecordedRequest::Kind::attachment && downloads_ < identifiers_.size()) {
-      request->identifier = identifiers_[downloads_++];
+    if (kind == RecordedRequest::Kind::attachment && downloads_ < entries_.size()) {
+      request->identifier = entries_[downloads_].identifier;
+      request->url = entries_[downloads_++].address;
     }
     return request;
   }
@@ -71,11 +71,9 @@ class Recorder::Notes {
     return started_.size() - settled_;
   }
 
-  // Whether the line is still wanted.
-  bool log(const std::string& line) {
+  void log(const std::string& line) {
     const std::lock_guard lock(mutex_);
     if (!finished_) rest_.log.push_back(line);
-    return !finished_;
   }
 
   void refuse(const std::string& identifier, const Error& error) {
@@ -95,7 +93,7 @@ class Recorder::Notes {
   using Clock = std::chrono::steady_clock;
 
   const Clock::time_point start_ = Clock::now();
-  const std::vector<std::string> identifiers_;
+  const std::vector<AttachmentEntry> entries_;
   mutable std::mutex mutex_;
   std::size_t downloads_ = 0;
   std::vector<Request> started_;
@@ -184,30 +182,24 @@ class Recorder::Attachments : public NotificationAttachments {
 
 class Recorder::Log : public SystemLog {
  public:
-  // `log` may be null.
-  Log(std::shared_ptr<SystemLog> log, std::shared_ptr<Notes> notes)
-      : log_(std::move(log)), notes_(std::move(notes)) {}
+  explicit Log(std::shared_ptr<Notes> notes) : notes_(std::move(notes)) {}
 
-  void writeLine(const std::string& line) override {
-    if (notes_->log(line) && log_) log_->writeLine(line);
-  }
+  void writeLine(const std::string& line) override { notes_->log(line); }
 
  private:
-  const std::shared_ptr<SystemLog> log_;
   const std::shared_ptr<Notes> notes_;
 };
 
-Recorder::Recorder(std::vector<std::string> attachmentIdentifiers)
-    : notes_(std::make_shared<Notes>(std::move(attachmentIdentifiers))) {}
+Recorder::Recorder(std::vector<AttachmentEntry> entries)
+    : notes_(std::make_shared<Notes>(std::move(entries))) {}
 
-std::shared_ptr<const Platform> Recorder::decorate(const Platform& platform,
-                                                   bool forwardLog) const {
+std::shared_ptr<const Platform> Recorder::decorate(const Platform& platform) const {
   auto decorated = std::make_shared<Platform>(platform);
   decorated->urlSession =
       std::make_shared<Session>(platform.urlSession, platform.mainQueue, notes_);
   decorated->notificationAttachments =
       std::make_shared<Attachments>(platform.notificationAttachments, notes_);
-  decorated->systemLog = std::make_shared<Log>(forwardLog ? platform.systemLog : nullptr, notes_);
+  decorated->systemLog = std::make_shared<Log>(notes_);
   return decorated;
 }
 

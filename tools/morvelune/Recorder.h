@@ -20,8 +20,8 @@ struct RecordedRequest {
   enum class Outcome : std::uint8_t { pending, finished, failed };
 
   Kind kind = Kind::tracking;
-  std::optional<std::string> url;  // empty when the payload gave no valid one
-  std::string identifier;          // of the attachment
+  std::string url;         // as the payload gave it, valid or not; "" when it gave none
+  std::string identifier;  // of the attachment
   Outcome outcome = Outcome::pending;
   std::optional<int> status;
   std::uintmax_t bytes = 0;  // of the body
@@ -43,16 +43,20 @@ struct Recording {
   std::vector<RefusedAttachment> refused;
 };
 
+// What a session does not see of a download: its entry in the payload.
+struct AttachmentEntry {
+  std::string identifier;
+  std::string address;
+};
+
 class Recorder {
  public:
-  // `attachmentIdentifiers` are those of the downloads, in the order in which they will be made:
-  // a session does not see them.
-  explicit Recorder(std::vector<std::string> attachmentIdentifiers);
+  // `entries` are those of the downloads, in the order in which they will be made.
+  explicit Recorder(std::vector<AttachmentEntry> entries);
 
-  // A copy of `platform` whose session, attachments and log are noted. Log lines go on to the
-  // platform's log only when asked to.
-  [[nodiscard]] std::shared_ptr<const Platform> decorate(const Platform& platform,
-                                                         bool forwardLog) const;
+  // A copy of `platform` whose session and attachments are noted, and whose log lines are noted
+  // only: a log that nobody reads must not hold up a delivery.
+  [[nodiscard]] std::shared_ptr<const Platform> decorate(const Platform& platform) const;
   [[nodiscard]] double elapsedMs() const;
   // How many started requests have not been dealt with. It falls on the main queue, after whatever
   // a request's completion queued there.

@@ -85,7 +85,7 @@ ordered_json contentJson(const UNNotificationContent& content, const Report& rep
 }
 
 ordered_json requestJson(const RecordedRequest& request) {
-  ordered_json json{{"kind", nameOf(request.kind)}, {"url", orNull(request.url)}};
+  ordered_json json{{"kind", nameOf(request.kind)}, {"url", request.url}};
   if (request.kind == RecordedRequest::Kind::attachment) json["identifier"] = request.identifier;
   json["outcome"] = nameOf(request.outcome);
   json["status"] = orNull(request.status);
@@ -131,7 +131,7 @@ std::vector<std::string> requestRow(const RecordedRequest& request) {
                                request.status ? std::to_string(*request.status) : "",
                                request.status ? std::to_string(request.bytes) + " bytes" : "",
                                number(request.startedMs) + end + " ms",
-                               request.url.value_or("no valid address")};
+                               request.url.empty() ? "no address" : shown(request.url)};
   if (request.error) row.push_back(shown(*request.error));
   return row;
 }

@@ -14,6 +14,7 @@ struct Report {
   Findings findings;        // that its payload alone gives
   Outcome outcome;
   std::map<std::string, std::string> keptPaths;  // of attachments, by where they were staged
+  std::string keepError;                         // why some could not be kept; "" when all were
 };
 
 // Both look at the attachments' files to tell their sizes and end with a line feed.

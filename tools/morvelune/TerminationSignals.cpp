@@ -21,7 +21,7 @@ bool isIgnored(int signal) {
 TerminationSignals::TerminationSignals() {
   sigset_t held;
   sigemptyset(&held);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     if (!isIgnored(signal)) sigaddset(&held, signal);
   }
   descriptor_ = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);

@@ -5,10 +5,10 @@
 
 namespace morvelune::tool {
 
-// While it lives, SIGINT, SIGTERM and SIGHUP wait; when it goes out of scope, one that came takes
-// its usual effect, so that the caller sees by which signal the process ended. Make it before any
-// thread is started, because threads inherit what is held back. A signal that the process was
-// started to ignore stays ignored.
+// While it lives, SIGINT, SIGTERM, SIGHUP and SIGQUIT wait; when it goes out of scope, one that
+// came takes its usual effect, so that the caller sees by which signal the process ended. Make it
+// before any thread is started, because threads inherit what is held back. A signal that the
+// process was started to ignore stays ignored.
 class TerminationSignals {
  public:
   TerminationSignals();

@@ -3,6 +3,9 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/morvelune/DeliverCommand.h"
 #include "tools/morvelune/ExitStatus.h"
@@ -12,6 +15,21 @@
 namespace {
 
 using namespace morvelune::tool;
+
+// The last one first, as the parser takes them. "--name=" gives an empty text, which the parser
+// would look for in the argument behind it.
+std::vector<std::string> argumentsOf(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    std::string argument = argv[i];
+    if (argument.starts_with("--") && argument.ends_with('=')) {
+      argument.pop_back();
+      arguments.emplace_back();
+    }
+    arguments.push_back(std::move(argument));
+  }
+  return arguments;
+}
 
 int run(int argc, char** argv) {
   CLI::App app{"Shows what a device would make of a push before it is sent.", "morvelune"};
@@ -28,7 +46,7 @@ int run(int argc, char** argv) {
   const CLI::App* type = addTypeCommand(app, typeOptions);
 
   try {
-    app.parse(argc, argv);
+    app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {  // --help and --version, too
     return app.exit(error) == 0 ? exitSuccess : exitUsage;
   }

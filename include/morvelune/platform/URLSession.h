@@ -32,8 +32,8 @@ class URLSessionTask {
 // All tasks run at once, each a GET with the session's defaults. Completions are called one at a
 // time on the session's own callback thread, which is not the thread that moves bytes, so a slow
 // completion holds back other completions but no transfer. The completion of each started task is
-// called exactly once, whatever happens, and is released soon after it returned. When a request
-// fails, the error is present and data, location and response are empty.
+// called exactly once, whatever happens, and is released soon after it returned; it must not throw.
+// When a request fails, the error is present and data, location and response are empty.
 class URLSession {
  public:
   using DataCompletion =
