@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <chrono>
@@ -203,56 +204,40 @@ TEST_F(DeliverTool, RefusesMalformedPayloadsAndSaysWhere) {
 }
 
 TEST_F(DeliverTool, RefusesWrongUsage) {
-  const Names cases[] = {{},
-                         {"-", "two"},
-                         {"--unknown", "-"},
-                         {"--time-limit", "-1", "-"},
-                         {"--time-limit", "inf", "-"},
-                         {"--time-limit", "1e3", "-"},
-                         {"--time-limit", "86401", "-"},
-                         {"--linger", "soon", "-"},
-                         {"--linger", ".", "-"},
-                         {"--screen", "375", "-"},
-                         {"--screen", "375x", "-"},
-                         {"--screen", "0x10x5", "-"},
-                         {"--orientation", "sideways", "-"},
-                         {"--keep", "/dev/null", "-"}};
-  for (const Names& arguments : cases) {
-    const Ended ended = run(arguments, "{}");
-    EXPECT_EQ(ended.status, 2) << ::testing::PrintToString(arguments);
+  for (const char* options :
+       {"", "two", "--unknown", "--time-limit=-1", "--time-limit=inf", "--time-limit=1e3",
+        "--time-limit=86401", "--linger=soon", "--linger=.", "--screen=375", "--screen=375x",
+        "--screen=0x10x5", "--orientation=sideways", "--keep=/dev/null", "--keep="}) {
+    const Ended ended = *options == 0 ? run({}) : run({"-", options}, "{}");
+    EXPECT_EQ(ended.status, 2) << options;
     EXPECT_TRUE(ended.err.starts_with("morvelune: ")) << ended.err;
   }
+  EXPECT_EQ(run({"--languages=", "-"}, "{}").status, 0);  // an empty text is no missing one
 }
 
 TEST_F(DeliverTool, DeliversTheRestWhateverAServerDoes) {
   origin_.serve("/loop", {.status = 302, .headers = {{"Location", origin_.url("/loop")}}});
+  using Fate = Reply::Fate;
   const struct {
     const char* description;
     ordered_json address;
-    Reply reply;  // of "/bad"
     const char* outcome;
-    const char* cause = "complete";
+    Fate fate = Fate::whole;  // of "/bad"
   } cases[] = {
-      {"reset", origin_.url("/bad"), {.fate = Reply::Fate::reset}, "failed"},
-      {"cut short",
-       origin_.url("/bad"),
-       {.body = pngBytes(), .fate = Reply::Fate::cutShort},
-       "failed"},
-      {"404", origin_.url("/missing"), {}, "finished"},
-      {"endless redirect", origin_.url("/loop"), {}, "failed"},
-      {"refused", "http://127.0.0.1:" + std::to_string(LoopbackOrigin::closedPort()), {}, "failed"},
-      {"no address", nullptr, {}, "failed"},
-      {"another scheme", "file:///etc/passwd", {}, "failed"},
-      {"silent", origin_.url("/bad"), {.fate = Reply::Fate::silent}, "pending", "time-limit"},
-      {"stall",
-       origin_.url("/bad"),
-       {.body = pngBytes(), .fate = Reply::Fate::stall},
-       "pending",
-       "time-limit"},
+      {"reset", origin_.url("/bad"), "failed", Fate::reset},
+      {"cut short", origin_.url("/bad"), "failed", Fate::cutShort},
+      {"404", origin_.url("/missing"), "finished"},
+      {"endless redirect", origin_.url("/loop"), "failed"},
+      {"refused", "http://127.0.0.1:" + std::to_string(LoopbackOrigin::closedPort()), "failed"},
+      {"no address", nullptr, "failed"},
+      {"bad address", "http://a b", "failed"},
+      {"another scheme", "file:///etc/passwd", "failed"},
+      {"silent", origin_.url("/bad"), "pending", Fate::silent},
+      {"stall", origin_.url("/bad"), "pending", Fate::stall},
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(each.description);
-    origin_.serve("/bad", each.reply);
+    origin_.serve("/bad", {.body = pngBytes(), .fate = each.fate});
     const Ended ended = deliver({{"k2tid", 1},
                                  {"mvl-atts",
                                   {{{"att-id", "bad"}, {"att-url", each.address}},
@@ -262,27 +247,26 @@ TEST_F(DeliverTool, DeliversTheRestWhateverAServerDoes) {
     EXPECT_LT(ended.seconds, 1.7);
     const ordered_json report = ended.report();
     EXPECT_EQ(delivered(report), Names{"good"});
-    EXPECT_EQ(report["deliveries"][0]["cause"], each.cause);
     const ordered_json& request = report["requests"].at(0);
     EXPECT_EQ(request["outcome"], each.outcome);
+    EXPECT_EQ(request["url"], each.address.is_null() ? "" : each.address);
+    EXPECT_EQ(report["deliveries"][0]["cause"],
+              request["outcome"] == "pending" ? "time-limit" : "complete");
     EXPECT_EQ(request["error"].is_string(), request["outcome"] == "failed");
     EXPECT_EQ(request["finishedMs"].is_null(), request["outcome"] == "pending");
   }
 }
 
 TEST_F(DeliverTool, IsStrictAboutRefusedAndUnknownFilesOnly) {
-  const struct {
-    Reply reply;
-    int status;
-  } cases[] = {
+  const std::pair<Reply, int> cases[] = {
       {{.body = pngBytes()}, 0},
       {{.status = 500, .body = pngBytes()}, 0},  // an answer, whose body is taken as it is
       {{.body = unknownBytes()}, 3},
       {{.body = jpegBytes(), .bodySize = (10 << 20) + 1}, 3},  // too large for an image
   };
-  for (const auto& each : cases) {
-    const ordered_json payload{{"k2tid", 1}, {"mvl-atts", {attachment("a", each.reply)}}};
-    EXPECT_EQ(deliver(payload, {"--strict"}).status, each.status);
+  for (const auto& [reply, status] : cases) {
+    const ordered_json payload{{"k2tid", 1}, {"mvl-atts", {attachment("a", reply)}}};
+    EXPECT_EQ(deliver(payload, {"--strict"}).status, status);
     EXPECT_EQ(deliver(payload).status, 0);
   }
 }
@@ -379,11 +363,6 @@ TEST_F(DeliverTool, CleansUpWhenASignalEndsIt) {
   }
 }
 
-TEST_F(DeliverTool, SaysWhenItsReportCannotBeWritten) {
-  program_.fillStandardOutput();
-  EXPECT_EQ(run({"-"}, "{}").status, 1);
-}
-
 TEST_F(DeliverTool, DownloadsAllAttachmentsAtOnce) {
   ordered_json attachments;
   for (int i = 0; i < 10; ++i) {
@@ -401,8 +380,12 @@ TEST_F(DeliverTool, DeliversTheLargestMovieInLittleMemory) {
       deliver({{"k2tid", 1},
                {"mvl-atts", {attachment("movie", {.body = mp4Bytes(), .bodySize = 50 << 20})}}});
   EXPECT_EQ(delivered(ended.report()), Names{"movie"});
-  if (!sanitized) {
-    EXPECT_LT(ended.peakKilobytes, 24 * 1024);
+  constexpr long bound = 24 * 1024;
+  // A program starts with its maker's peak on its account, which is low when CTest runs this alone.
+  rusage own{};
+  getrusage(RUSAGE_SELF, &own);
+  if (!sanitized && own.ru_maxrss < bound) {
+    EXPECT_LT(ended.peakKilobytes, bound);
   }
 }
 
