@@ -41,25 +41,21 @@ TEST(CustomParamsTest, TheFirstButtonOfItsNameIsFound) {
   EXPECT_TRUE(button->isSameObject(first));
   EXPECT_TRUE(MVLPushHelpers::actionCustomParams("a", payload).isSameObject(params));
 
-  struct Case {
-    std::optional<std::string> action;
-    std::optional<Dictionary> payload;
-    bool found;
-  };
-  const Case withoutParams[] = {
-      {"b", payload, true},
-      {"text", payload, true},
-      {"c", payload, false},
-      {"A", payload, false},
-      {"7", payload, false},
-      {std::nullopt, payload, false},
-      {"a", std::nullopt, false},
-      {"a", Dictionary(), false},
-      {"a", Dictionary{{"k2tb", first}}, false},
-  };
-  for (const auto& [action, given, found] : withoutParams) {
-    EXPECT_EQ(MVLPushHelpers::actionParams(action, given).has_value(), found);
+  const std::pair<std::optional<std::string>, std::optional<Dictionary>> nothing[] = {
+      {"c", payload},
+      {"A", payload},
+      {"7", payload},
+      {std::nullopt, payload},
+      {"a", std::nullopt},
+      {"a", Dictionary()},
+      {"a", Dictionary{{"k2tb", first}}}};
+  for (const auto& [action, given] : nothing) {
+    EXPECT_FALSE(MVLPushHelpers::actionParams(action, given));
     EXPECT_EQ(MVLPushHelpers::actionCustomParams(action, given), Dictionary());
+  }
+  for (const char* withoutParams : {"b", "text"}) {
+    EXPECT_TRUE(MVLPushHelpers::actionParams(withoutParams, payload));
+    EXPECT_EQ(MVLPushHelpers::actionCustomParams(withoutParams, payload), Dictionary());
   }
 }
 

@@ -1,13 +1,10 @@
 // The library over the Linux platform and real sockets, as a host would use it.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <memory>
-#include <mutex>
-#include <string>
+#include <array>
+#include <atomic>
+#include <future>
 #include <thread>
-#include <vector>
 
 #include "morvelune/MVLNotificationServiceExtension.h"
 #include "morvelune/platform/linux/LinuxPlatform.h"
@@ -26,9 +23,8 @@ class DeliveryTest : public ::testing::Test {
   DeliveryTest() {
     LinuxOptions options;
     options.session.temporaryDirectory = folder_.path();
-    options.session.idleTimeout = 1s;
     const auto platform = makeLinuxPlatform(options);
-    platform->systemLog = log_;
+    platform->systemLog = std::make_shared<InMemorySystemLog>();
     Platform::install(platform);
   }
   ~DeliveryTest() override { Platform::install(nullptr); }
@@ -41,40 +37,31 @@ class DeliveryTest : public ::testing::Test {
       for (const auto& each : delivered->attachments()) {
         attached += each->identifier() + "=" + each->type().value_or("?") + " ";
       }
-      const std::lock_guard lock(mutex_);
-      deliveries_.push_back(attached);
-      changed_.notify_all();
+      deliveries_.at(delivered_++).set_value(attached);
     });
   }
 
   // The nth delivery, waited for; "none" when it does not come.
   std::string delivery(std::size_t n) {
-    std::unique_lock lock(mutex_);
-    if (!changed_.wait_for(lock, 10s, [&] { return deliveries_.size() > n; })) return "none";
-    return deliveries_[n];
-  }
-
-  Value entry(const std::string& identifier, Reply reply) {
-    origin_.serve("/" + identifier, std::move(reply));
-    return Dictionary{{"att-url", origin_.url("/" + identifier)}, {"att-id", identifier}};
+    auto delivery = deliveries_.at(n).get_future();
+    return delivery.wait_for(10s) == std::future_status::ready ? delivery.get() : "none";
   }
 
   LoopbackOrigin origin_;
   TemporaryDirectory folder_;
-  std::shared_ptr<InMemorySystemLog> log_ = std::make_shared<InMemorySystemLog>();
   std::shared_ptr<MVLNotificationServiceExtension> extension_ =
       std::make_shared<MVLNotificationServiceExtension>();
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::vector<std::string> deliveries_;
+  std::array<std::promise<std::string>, 2> deliveries_;
+  std::atomic<std::size_t> delivered_ = 0;
 };
 
 TEST_F(DeliveryTest, ExpiryAndReadsMayMeetCompletions) {
   std::vector<Value> entries;
-  for (const char* id : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
-    entries.push_back(entry(id, {.body = pngBytes(), .delay = 20ms}));
+  for (const std::string id : {"a", "b", "c", "d", "e", "f", "g", "h", "late"}) {
+    const auto delay = id == "late" ? 400ms : 20ms;
+    const std::string url = origin_.serve("/" + id, {.body = pngBytes(), .delay = delay});
+    entries.emplace_back(Dictionary{{"att-url", url}, {"att-id", id}});
   }
-  entries.push_back(entry("late", {.body = pngBytes(), .delay = 400ms}));
   receive(Dictionary{{"mvl-atts", Array(entries)}});
   std::thread host([this] {
     for (int i = 0; i < 200; ++i) {
@@ -95,7 +82,7 @@ TEST_F(DeliveryTest, TheExtensionMayBeGoneBeforeItsRequestsEnd) {
   extension_.reset();
   EXPECT_TRUE(weak.expired());
   Platform::current()->urlSession->invalidateAndCancel();
-  EXPECT_TRUE(deliveries_.empty());
+  EXPECT_EQ(delivered_, 0U);
 }
 
 }  // namespace

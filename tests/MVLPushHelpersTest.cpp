@@ -16,12 +16,11 @@ UNNotification notificationWith(UNNotificationContent::Fields fields) {
 TEST(MVLPushHelpersTest, BuildsThePayloadOfADeliveredNotification) {
   const Dictionary texts{{"body", "B"}, {"title", "T"}, {"subtitle", ""}};
   const Dictionary made{{"aps", Dictionary{{"alert", texts}}}};
-  EXPECT_EQ(UNNotificationToDictionary(
-                notificationWith({.title = "T", .body = "B", .userInfo = Dictionary()})),
-            made);
-  EXPECT_EQ(UNNotificationToDictionary(
-                notificationWith({.title = "T", .body = "B", .userInfo = Dictionary{{"x", 1}}})),
-            made.with("x", 1));
+  for (const Dictionary& extra : {Dictionary(), Dictionary{{"x", 1}}}) {
+    EXPECT_EQ(UNNotificationToDictionary(
+                  notificationWith({.title = "T", .body = "B", .userInfo = extra})),
+              made.with(extra));
+  }
   // A section of its own replaces the whole one that was made up.
   const Dictionary own{{"aps", Dictionary{{"badge", 1}}}, {"k2tid", "1"}};
   EXPECT_EQ(UNNotificationToDictionary(notificationWith({.title = "T", .userInfo = own})), own);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <string>
+#include <tuple>
 
 #include "morvelune/NSStringMorvelune.h"
 #include "support/InMemoryPlatform.h"
@@ -18,7 +18,6 @@ TEST(NSStringTest, Digests) {
   EXPECT_EQ(mvl_SHA1String("abc"), "a9993e364706816aba3e25717850c26c9cd0d89d");  // FIPS 180, A.1
   // A zero byte ends the input of one and not of the other.
   EXPECT_EQ(mvl_MD5String("a\0b"s), mvl_MD5String("a"));
-  EXPECT_NE(mvl_SHA1String("a\0b"s), mvl_SHA1String("a"));
   EXPECT_EQ(mvl_SHA1String("a\0b"s), "4a3dec2d1f8245280855c42db0ee4239f917fdb8");
 }
 
@@ -48,13 +47,8 @@ TEST(NSStringTest, SignedIncrements) {
 }
 
 TEST(NSStringTest, Increments) {
-  struct Case {
-    std::string receiver;
-    std::optional<std::string> increment;
-    std::string signedSum;
-    std::string plainSum;
-  };
-  const Case cases[] = {
+  using Increment = std::optional<std::string>;
+  const std::tuple<std::string, Increment, std::string, std::string> cases[] = {
       {"10", "+2,5", "+12.500000", "12.500000"},
       {"3", "-5", "-2.000000", "-2.000000"},
       {"1", "-1", "0.000000", "0.000000"},
@@ -76,41 +70,24 @@ TEST(NSStringTest, Increments) {
 
 // The two modes, told apart by the version that the platform reports.
 TEST(NSStringTest, PercentCodingFollowsTheSystemVersion) {
-  struct Case {
-    std::string plain;
-    std::string modern;
-    std::string earlier;
-  };
-  const Case coded[] = {
+  const std::tuple<std::string, std::string, std::string> encoded[] = {
       {"a b&c", "a%20b&c", "a%20b%26c"},
       {"!$&'()*+,-./:;=?@_~", "!$&'()*+,-./:;=?@_~",
        "%21%24%26%27%28%29%2A%2B%2C-.%2F%3A%3B%3D%3F%40_~"},
       {"%#[]\"|é\n", "%25%23%5B%5D%22%7C%C3%A9%0A", "%25%23%5B%5D%22%7C%C3%A9%0A"},
       {"", "", ""},
   };
-  struct Decoded {
-    std::string coded;
-    std::optional<std::string> modern;
-    std::optional<std::string> earlier;
-  };
-  const Decoded decoded[] = {
-      {"a+b%20c", "a+b c", "a b c"},
-      {"%2B%c3%A9", "+é", "+é"},
-      {"100%", {}, {}},
-      {"%4", {}, {}},
-      {"%zz", {}, {}},
-      {"%FF", {}, {}},
-      {"%C3", {}, {}},
-      {"", "", ""},
-  };
   InMemoryPlatform memory;
   for (const int version : {8, 9, 17}) {
     memory.device().system = {version, 0, 0};
-    for (const auto& [plain, modern, earlier] : coded) {
+    for (const auto& [plain, modern, earlier] : encoded) {
       EXPECT_EQ(mvl_URLEncodeString(plain), version < 9 ? earlier : modern);
     }
-    for (const auto& [text, modern, earlier] : decoded) {
-      EXPECT_EQ(mvl_URLDecodeString(text), version < 9 ? earlier : modern) << text;
+    EXPECT_EQ(mvl_URLDecodeString("a+b%20c"), version < 9 ? "a b c" : "a+b c");
+    EXPECT_EQ(mvl_URLDecodeString("%2B%c3%A9"), "+é");
+    EXPECT_EQ(mvl_URLDecodeString(""), "");
+    for (const char* broken : {"100%", "%4", "%zz", "%FF", "%C3"}) {
+      EXPECT_EQ(mvl_URLDecodeString(broken), std::nullopt) << broken;
     }
   }
 }

@@ -13,22 +13,16 @@ namespace {
 
 class PostNotificationTest : public ::testing::Test {
  protected:
-  PostNotificationTest() {
-    token_ =
-        center_->addObserver("posted", nullptr, [this](const PostedNotification& notification) {
-          received_.push_back(notification);
-          threads_.push_back(std::this_thread::get_id());
-        });
-  }
-  ~PostNotificationTest() override {
-    center_->removeObserver(token_);
-    linuxMainQueue()->drain();
-  }
+  ~PostNotificationTest() override { center_->removeObserver(token_); }
 
-  std::shared_ptr<NotificationCenter> center_ = Platform::current()->notificationCenter;
-  NotificationCenter::Token token_{};
   std::vector<PostedNotification> received_;
-  std::vector<std::thread::id> threads_;
+  const std::thread::id mainThread_ = std::this_thread::get_id();
+  const std::shared_ptr<NotificationCenter> center_ = Platform::current()->notificationCenter;
+  const NotificationCenter::Token token_ =
+      center_->addObserver("posted", nullptr, [this](const PostedNotification& notification) {
+        EXPECT_EQ(std::this_thread::get_id(), mainThread_);
+        received_.push_back(notification);
+      });
 };
 
 TEST_F(PostNotificationTest, NothingIsPostedBeforeTheMainThreadIsFree) {
@@ -67,10 +61,9 @@ TEST_F(PostNotificationTest, EachThreadsPostsArriveInItsOrderOnTheMainThread) {
   linuxMainQueue()->drain();
   EXPECT_EQ(received_.size(), 400U);
   std::vector<int> next(4);
-  for (std::size_t i = 0; i < received_.size(); ++i) {
-    const auto poster = static_cast<std::size_t>(*received_[i].userInfo->integer("p"));
-    EXPECT_EQ(received_[i].userInfo->integer("n"), next[poster]++);
-    EXPECT_EQ(threads_[i], std::this_thread::get_id());
+  for (const auto& received : received_) {
+    const auto poster = static_cast<std::size_t>(*received.userInfo->integer("p"));
+    EXPECT_EQ(received.userInfo->integer("n"), next[poster]++);
   }
 }
 

@@ -17,9 +17,9 @@ std::optional<std::string> typeOf(const std::string& bytes) {
 }
 
 // Brings the first bytes of a file to the length at which it is examined.
-std::string padded(std::string bytes) {
+std::optional<std::string> typeOfStart(std::string bytes) {
   bytes.resize(16, '.');
-  return bytes;
+  return typeOf(bytes);
 }
 
 TEST(SignatureTest, EveryRowIsRecognised) {
@@ -31,21 +31,24 @@ TEST(SignatureTest, EveryRowIsRecognised) {
       {"ID3", "public.mp3"},
       {"\0\0\0 ftypM4A "s, "public.mpeg-4-audio"},
       {"\xFF\xD8\xFF\0"s, "public.jpeg"},
-      {"GIF87a", "com.compuserve.gif"},
       {"GIF8", "com.compuserve.gif"},
       {"\x89PNG\r\n\x1A\n", "public.png"},
       {"\0\0\1\xBA"s, "public.mpeg"},
       {"\0\0\1\xB3"s, "public.mpeg"},
-      {"\0\0\0\x18"
-       "ftypisom"s,
-       "public.mpeg-4"},
+      {"....ftypisom", "public.mpeg-4"},
       {"....ftypMSNV", "public.mpeg-4"},
       {"....ftypmp42", "public.mpeg-4"},
       {"....ftypmp41", "public.mpeg-4"},
       {"....ftyp3gp5", "public.mpeg-4"},
       {"RIFF....AVI ", "public.avi"},
+      // The earlier row wins where two match.
+      {"ID3.....WAVE", "com.microsoft.waveform-audio"},
+      {"\0\0\1\xBA"
+       "ftypisom"s,
+       "public.mpeg"},
+      {"FORM\0...AVI "s, "public.aiff-audio"},
   };
-  for (const auto& [bytes, type] : rows) EXPECT_EQ(typeOf(padded(bytes)), type) << bytes;
+  for (const auto& [bytes, type] : rows) EXPECT_EQ(typeOfStart(bytes), type) << bytes;
 }
 
 TEST(SignatureTest, NearMissesAreNot) {
@@ -60,15 +63,7 @@ TEST(SignatureTest, NearMissesAreNot) {
       "\x89PNG\n\x1A\n"s,           // mangled line end
       "RIFF....WAVX"s,
   };
-  for (const auto& bytes : misses) EXPECT_EQ(typeOf(padded(bytes)), std::nullopt) << bytes;
-}
-
-TEST(SignatureTest, TheEarlierRowWinsWhereTwoMatch) {
-  EXPECT_EQ(typeOf(padded("ID3.....WAVE")), "com.microsoft.waveform-audio");
-  EXPECT_EQ(typeOf(padded("\0\0\1\xBA"
-                          "ftypisom"s)),
-            "public.mpeg");
-  EXPECT_EQ(typeOf(padded("FORM\0...AVI "s)), "public.aiff-audio");
+  for (const auto& bytes : misses) EXPECT_EQ(typeOfStart(bytes), std::nullopt) << bytes;
 }
 
 TEST(SignatureTest, AFileIsExaminedFromSixteenBytesOn) {
@@ -87,14 +82,10 @@ TEST(SignatureTest, FSignBuildsARecord) {
 
 TEST(SignatureTest, TheMapHoldsTheWholeTable) {
   const Dictionary map = ExposedExtension().UTIMap();
-  std::string counts;
-  for (const auto& [type, records] : map) {
-    counts += type + " " + std::to_string(records.array()->size()) + "\n";
-  }
-  EXPECT_EQ(counts,
-            "com.compuserve.gif 1\ncom.microsoft.waveform-audio 1\npublic.aiff-audio 1\n"
-            "public.avi 1\npublic.jpeg 1\npublic.mp3 1\npublic.mpeg 2\npublic.mpeg-4 5\n"
-            "public.mpeg-4-audio 1\npublic.png 1\n");
+  std::size_t count = 0;
+  for (const auto& [type, records] : map) count += records.array()->size();
+  EXPECT_EQ(map.size(), 10U);
+  EXPECT_EQ(count, 15U);
   EXPECT_EQ(map.array("public.mpeg")->dictionary(1), FSign("\0\0\1\xB3", 4, 0));
   EXPECT_EQ(map.array("public.mpeg-4")->dictionary(4), FSign("ftyp3gp5", 8, 4));
   EXPECT_EQ(map.array("public.aiff-audio")->dictionary(0), FSign("FORM", 5, 0));
@@ -103,14 +94,13 @@ TEST(SignatureTest, TheMapHoldsTheWholeTable) {
 TEST(SignatureTest, BothMapsAreOneObjectForAllThreads) {
   Dictionary maps[2];
   Dictionary extensions[2];
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 2; ++i) {
-    threads.emplace_back([&, i] {
-      maps[i] = ExposedExtension().UTIMap();
-      extensions[i] = ExposedExtension().knownExtensionsMap();
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  const auto read = [&](int i) {
+    maps[i] = ExposedExtension().UTIMap();
+    extensions[i] = ExposedExtension().knownExtensionsMap();
+  };
+  std::thread other(read, 0);
+  read(1);
+  other.join();
   EXPECT_TRUE(maps[0].isSameObject(maps[1]));
   EXPECT_TRUE(extensions[0].isSameObject(extensions[1]));
 }

@@ -1,76 +1,79 @@
-// How a session's tasks ended: makes their completions and keeps what these were told.
+// How a session's tasks ended: makes their completions and keeps what these were told, as text.
 //
 //   Endings endings(files);
-//   session.dataTask(url, endings.ofData("a"))->resume();
-//   EXPECT_EQ(endings.wait(1).at("a").body, "...");
+//   session.dataTask(url, endings.of("a"))->resume();
+//   EXPECT_EQ(endings.wait(1).at("a"), answered(200, "body"));
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <condition_variable>
-#include <cstddef>
 #include <map>
-#include <memory>
 #include <mutex>
-#include <optional>
-#include <string>
 
 #include "morvelune/platform/FileManager.h"
 #include "morvelune/platform/URLSession.h"
 
 namespace morvelune::testing {
 
-struct Ending {
-  std::optional<std::string> body;  // of a download, what the file held
-  std::optional<URL> location;
-  std::optional<URLResponse> response;
-  std::optional<Error> error;
-  int calls = 0;
-};
+using EndingsByName = std::map<std::string, std::string>;
+
+inline std::string answered(int status, const std::string& body) {
+  return std::to_string(status).append(" [").append(body).append("]");
+}
+
+inline std::string failed(int code) {
+  return NSURLErrorDomain + (" " + std::to_string(code));
+}
 
 // It outlives the tasks whose completions it made.
 class Endings {
  public:
   explicit Endings(std::shared_ptr<FileManager> files) : files_(std::move(files)) {}
 
-  [[nodiscard]] URLSession::DataCompletion ofData(const std::string& name) {
-    return [this, name](std::optional<Data> data, std::optional<URLResponse> response,
-                        std::optional<Error> error) {
-      add(name, {text(data), {}, std::move(response), std::move(error)});
+  // The completion of a data task or of a download. It adds to what was told before, so that the
+  // text of a second call, or of an answer beside an error, is none that a test wants.
+  [[nodiscard]] auto of(const std::string& name) {
+    return [this, name](const auto& got, const std::optional<URLResponse>& response,
+                        const std::optional<Error>& error) {
+      std::string told = response ? std::to_string(response->statusCode) : "";
+      if (got) told.append(" [").append(text(*got)).append("]");
+      if (error) told += error->domain + " " + std::to_string(error->code);
+      if (error && error->localizedDescription.empty()) told += " undescribed";
+      const std::lock_guard lock(mutex_);
+      endings_[name] += told;
+      changed_.notify_all();
     };
   }
 
-  [[nodiscard]] URLSession::DownloadCompletion ofDownload(const std::string& name) {
-    return [this, name](std::optional<URL> location, std::optional<URLResponse> response,
-                        std::optional<Error> error) {
-      const auto body = location ? text(files_->contents(*location)) : std::nullopt;
-      add(name, {body, std::move(location), std::move(response), std::move(error)});
-    };
+  // Starts a data task and a download, and gives their names.
+  std::array<std::string, 2> startBoth(URLSession& session, const std::optional<URL>& url,
+                                       const std::string& name) {
+    session.dataTask(url, of("data " + name))->resume();
+    session.downloadTask(url, of("file " + name))->resume();
+    return {"data " + name, "file " + name};
   }
 
   // Those of the tasks so far, by name, once there are `count` or ten seconds have passed.
-  std::map<std::string, Ending> wait(std::size_t count) {
+  EndingsByName wait(std::size_t count) {
     std::unique_lock lock(mutex_);
     changed_.wait_for(lock, std::chrono::seconds(10), [&] { return endings_.size() >= count; });
     return endings_;
   }
 
  private:
-  static std::optional<std::string> text(const std::optional<Data>& data) {
-    if (!data) return std::nullopt;
-    return std::string(reinterpret_cast<const char*>(data->bytes().data()), data->size());
+  static std::string text(const Data& data) {
+    return {reinterpret_cast<const char*>(data.bytes().data()), data.size()};
   }
-
-  void add(const std::string& name, Ending ending) {
-    const std::lock_guard lock(mutex_);
-    ending.calls = endings_[name].calls + 1;
-    endings_[name] = std::move(ending);
-    changed_.notify_all();
+  std::string text(const URL& location) {
+    const std::optional<Data> data = files_->contents(location);
+    return data ? text(*data) : "no file";
   }
 
   std::shared_ptr<FileManager> files_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::map<std::string, Ending> endings_;
+  EndingsByName endings_;
 };
 
 }  // namespace morvelune::testing

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
@@ -41,24 +42,23 @@ class InMemoryFileManager : public FileManager {
   }
 
   std::optional<Error> moveItem(const URL& from, const URL& to) override {
-    const std::lock_guard lock(mutex_);
-    const std::string destination = to.path();
-    const auto sharesFolder = [&destination](const auto& file) {
-      return destination.rfind('/') == file.first.rfind('/') &&
-             destination.compare(0, destination.rfind('/'), file.first, 0,
-                                 destination.rfind('/')) == 0;
+    const auto folder = [](const std::string& path) { return path.substr(0, path.rfind('/')); };
+    const auto error = [](int code, const char* text) {
+      return Error{NSCocoaErrorDomain, code, text};
     };
-    if (!from.isFileURL() || !to.isFileURL() || destination.find('\0') != std::string::npos) {
-      return Error{NSCocoaErrorDomain, NSFileWriteInvalidFileNameError, "invalid name"};
+    const std::lock_guard lock(mutex_);
+    const std::string path = to.path();
+    if (!from.isFileURL() || !to.isFileURL() || path.find('\0') != std::string::npos) {
+      return error(NSFileWriteInvalidFileNameError, "invalid name");
     }
-    if (!files_.contains(from.path()) || std::none_of(files_.begin(), files_.end(), sharesFolder)) {
-      return Error{NSCocoaErrorDomain, NSFileNoSuchFileError, "no such file"};
+    if (!files_.contains(from.path()) ||
+        std::none_of(files_.begin(), files_.end(),
+                     [&](auto& file) { return folder(file.first) == folder(path); })) {
+      return error(NSFileNoSuchFileError, "no such file");
     }
-    if (files_.contains(destination)) {
-      return Error{NSCocoaErrorDomain, NSFileWriteFileExistsError, "file exists"};
-    }
+    if (files_.contains(path)) return error(NSFileWriteFileExistsError, "file exists");
     auto node = files_.extract(from.path());
-    node.key() = destination;
+    node.key() = path;
     files_.insert(std::move(node));
     return std::nullopt;
   }
@@ -112,10 +112,11 @@ class InMemoryNotificationAttachments : public NotificationAttachments {
 };
 
 // A session whose requests finish when the test says so, on the test's thread.
-class InMemoryURLSession : public URLSession {
+class InMemoryURLSession : public URLSession,
+                           public std::enable_shared_from_this<InMemoryURLSession> {
  public:
   explicit InMemoryURLSession(std::shared_ptr<InMemoryFileManager> files)
-      : state_(std::make_shared<State>()), files_(std::move(files)) {}
+      : files_(std::move(files)) {}
   ~InMemoryURLSession() override { InMemoryURLSession::invalidateAndCancel(); }
 
   std::shared_ptr<URLSessionTask> dataTask(std::optional<URL> url,
@@ -129,37 +130,33 @@ class InMemoryURLSession : public URLSession {
 
   std::shared_ptr<URLSessionTask> downloadTask(std::optional<URL> url,
                                                DownloadCompletion completion) override {
-    return task(url, [completion = std::move(completion), files = files_,
-                      state = state_.get()](const Answer& answer) {
+    return task(url, [this, completion = std::move(completion)](const Answer& answer) {
       if (answer.error) return completion({}, {}, answer.error);
-      const std::string path = "/tmp/download" + std::to_string(++state->downloads) + ".tmp";
-      files->write(path, answer.body);
+      const std::string path = "/tmp/download" + std::to_string(++downloads_) + ".tmp";
+      files_->write(path, answer.body);
       completion(URL::fileURL(path), URLResponse{answer.status, answer.suggestedFilename}, {});
-      files->remove(path);
+      files_->remove(path);
     });
   }
 
   void invalidateAndCancel() override {
-    {
-      const std::lock_guard lock(state_->mutex);
-      state_->invalidated = true;
-    }
+    invalidated_ = true;
     finishAll();
   }
 
   // What requests for `url` are answered; one that nothing was said about cannot connect.
   void answer(const std::string& url, Answer answer) {
-    const std::lock_guard lock(state_->mutex);
-    state_->answers[url] = std::move(answer);
+    const std::lock_guard lock(mutex_);
+    answers_[url] = std::move(answer);
   }
   // The URLs of all tasks made and of all tasks started, in order; "" for a missing URL.
   std::vector<std::string> made() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->made;
+    const std::lock_guard lock(mutex_);
+    return made_;
   }
   std::vector<std::string> started() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->started;
+    const std::lock_guard lock(mutex_);
+    return started_;
   }
   // Finishes the oldest pending request for `url`; false when there is none.
   bool finish(const std::string& url) {
@@ -172,75 +169,66 @@ class InMemoryURLSession : public URLSession {
   }
 
  private:
-  struct Pending {
+  struct Request {
     std::string url;
     std::function<void(const Answer&)> complete;
   };
 
-  // Shared with the tasks, which may outlive the session.
-  struct State {
-    std::mutex mutex;  // of all but `downloads`, which only completions touch
-    std::map<std::string, Answer> answers;
-    std::vector<std::string> made;
-    std::vector<std::string> started;
-    std::deque<Pending> pending;
-    bool invalidated = false;
-    int downloads = 0;
-  };
-
   class Task : public URLSessionTask {
    public:
-    Task(std::shared_ptr<State> state, Pending pending)
-        : state_(std::move(state)), pending_(std::move(pending)) {}
+    Task(std::shared_ptr<InMemoryURLSession> session, Request request)
+        : session_(std::move(session)), request_(std::move(request)) {}
     void resume() override {
-      const std::lock_guard lock(state_->mutex);
+      const std::lock_guard lock(session_->mutex_);
       if (std::exchange(resumed_, true)) return;
-      state_->started.push_back(pending_.url);
-      state_->pending.push_back(std::move(pending_));
+      session_->started_.push_back(request_.url);
+      session_->pending_.push_back(std::move(request_));
     }
 
    private:
-    const std::shared_ptr<State> state_;
-    Pending pending_;
+    const std::shared_ptr<InMemoryURLSession> session_;
+    Request request_;
     bool resumed_ = false;
   };
 
   std::shared_ptr<URLSessionTask> task(const std::optional<URL>& url,
                                        std::function<void(const Answer&)> complete) {
-    const std::string text = url ? url->absoluteString() : "";
-    const std::lock_guard lock(state_->mutex);
-    state_->made.push_back(text);
-    return std::make_shared<Task>(state_, Pending{text, std::move(complete)});
+    const std::lock_guard lock(mutex_);
+    made_.push_back(url ? url->absoluteString() : "");
+    return std::make_shared<Task>(shared_from_this(), Request{made_.back(), std::move(complete)});
   }
 
   // With the lock held.
   Answer answerTo(const std::string& url) const {
     const auto failure = [](int code, const char* description) {
-      return Answer{.status = 0, .error = Error{NSURLErrorDomain, code, description}};
+      return Answer{.error = Error{NSURLErrorDomain, code, description}};
     };
-    if (state_->invalidated) return failure(NSURLErrorCancelled, "cancelled");
-    const auto known = state_->answers.find(url);
-    if (known != state_->answers.end()) return known->second;
+    if (invalidated_) return failure(NSURLErrorCancelled, "cancelled");
+    if (const auto known = answers_.find(url); known != answers_.end()) return known->second;
     if (!url.starts_with("http")) return failure(NSURLErrorUnsupportedURL, "unsupported URL");
     return failure(NSURLErrorCannotConnectToHost, "cannot connect");
   }
 
   // Completes outside the lock, so that a completion may call the session.
-  bool finishFirst(const std::function<bool(const Pending&)>& wanted) {
-    std::unique_lock lock(state_->mutex);
-    auto& pending = state_->pending;
-    const auto found = std::find_if(pending.begin(), pending.end(), wanted);
-    if (found == pending.end()) return false;
-    const Pending next = std::move(*found);
-    pending.erase(found);
+  bool finishFirst(const std::function<bool(const Request&)>& wanted) {
+    std::unique_lock lock(mutex_);
+    const auto found = std::find_if(pending_.begin(), pending_.end(), wanted);
+    if (found == pending_.end()) return false;
+    const Request next = std::move(*found);
+    pending_.erase(found);
     const Answer answer = answerTo(next.url);
     lock.unlock();
     next.complete(answer);
     return true;
   }
 
-  const std::shared_ptr<State> state_;
   const std::shared_ptr<InMemoryFileManager> files_;
+  mutable std::mutex mutex_;
+  std::map<std::string, Answer> answers_;
+  std::vector<std::string> made_, started_;
+  std::deque<Request> pending_;
+  std::atomic<bool> invalidated_ = false;
+  std::atomic<int> downloads_ = 0;
 };
 
 // Keeps the lines.

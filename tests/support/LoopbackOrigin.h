@@ -8,15 +8,17 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
-#include <cstdint>
-#include <memory>
+#include <map>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
-#include <utility>
+#include <thread>
 #include <vector>
 
 namespace morvelune::testing {
+
+using Headers = std::vector<std::pair<std::string, std::string>>;
 
 // How one path is answered.
 struct Reply {
@@ -27,9 +29,9 @@ struct Reply {
 
   int status = 200;
   // With {"Connection", "close"} the answer has no Content-Length and ends with the connection.
-  std::vector<std::pair<std::string, std::string>> headers{};
+  Headers headers{};
   std::string body{};
-  // When not 0, the body is this many bytes instead: `body`, then zeros, made while sending.
+  // When not 0, the body is this many bytes instead: `body`, then zeros.
   std::size_t bodySize = 0;
   std::chrono::milliseconds delay{0};  // before the head is sent
   Fate fate = Fate::whole;
@@ -38,7 +40,7 @@ struct Reply {
 struct ReceivedRequest {
   std::string method;
   std::string target;  // path and query
-  std::vector<std::pair<std::string, std::string>> headers;
+  std::string head;
   // The first value of a header, named in lower case; empty when it was not sent.
   [[nodiscard]] std::optional<std::string> header(const std::string& name) const;
 };
@@ -48,11 +50,10 @@ class LoopbackOrigin {
   LoopbackOrigin();
   // Ends all connections, silent ones too.
   ~LoopbackOrigin();
-  LoopbackOrigin(const LoopbackOrigin&) = delete;
-  LoopbackOrigin& operator=(const LoopbackOrigin&) = delete;
 
-  // Answers GET of `path` (without a query) from now on; any other path gets 404 with a short body.
-  void serve(const std::string& path, Reply reply);
+  // Answers GET of `path` (without a query) from now on, and gives its URL; any other path gets 404
+  // with a short body.
+  std::string serve(const std::string& path, Reply reply);
   [[nodiscard]] std::string url(const std::string& path) const;  // http://127.0.0.1:PORT + path
   [[nodiscard]] int port() const;
   // Those received so far, in the order in which they arrived.
@@ -61,8 +62,18 @@ class LoopbackOrigin {
   [[nodiscard]] static int closedPort();
 
  private:
-  class Server;
-  std::unique_ptr<Server> server_;
+  void acceptConnections();
+  void serveConnection(int connection);
+  bool answer(int connection, const ReceivedRequest& request);
+  Reply replyTo(const ReceivedRequest& request);
+
+  mutable std::mutex mutex_;  // of all but the listener and its thread
+  std::map<std::string, Reply> replies_;
+  std::vector<ReceivedRequest> requests_;
+  std::set<int> connections_;
+  std::vector<std::thread> threads_;  // one per connection
+  const int listener_;
+  std::thread acceptor_;
 };
 
 }  // namespace morvelune::testing
