@@ -23,7 +23,7 @@ inline std::string answered(int status, const std::string& body) {
 }
 
 inline std::string failed(int code) {
-  return NSURLErrorDomain + (" " + std::to_string(code));
+  return std::string(NSURLErrorDomain).append(" ").append(std::to_string(code));
 }
 
 // It outlives the tasks whose completions it made.
