@@ -8,7 +8,8 @@ trap 'rm -rf "$prefix"' EXIT
 cmake --install "$1" --prefix "$prefix" >/dev/null
 
 library=$(find "$prefix" -name 'libMorveluneExtension.so')
-strings "$library" | grep -qxF '@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1'
+# All of the output is read: a reader that stops early would make the writer fail.
+strings "$library" | grep -xF '@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1' >/dev/null
 echo "version string found in the shared library"
 
 cmake -S examples/quickstart -B "$prefix/build" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
