@@ -12,6 +12,6 @@ library=$(find "$prefix" -name 'libMorveluneExtension.so')
 strings "$library" | grep -xF '@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1' >/dev/null
 echo "version string found in the shared library"
 
-cmake -S examples/quickstart -B "$prefix/build" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake -S examples/quickstart -B "$prefix/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$prefix/build" >/dev/null
 "$prefix/build/quickstart"
