@@ -33,16 +33,19 @@ void normalise(std::vector<Dictionary::Entry>& entries) {
 }  // namespace
 
 struct Array::Storage {
-  explicit Storage(std::vector<Value> all) : values(std::move(all)) {}
+  Storage(std::vector<Value> all, Origin from) : values(std::move(all)), origin(std::move(from)) {}
   Storage(const Storage&) = delete;
   Storage& operator=(const Storage&) = delete;
   ~Storage() { release(std::move(values)); }
 
   std::vector<Value> values;
+  Origin origin;
 };
 
 struct Dictionary::Storage {
-  explicit Storage(std::vector<Entry> all) : entries(std::move(all)) { normalise(entries); }
+  Storage(std::vector<Entry> all, Origin from) : entries(std::move(all)), origin(std::move(from)) {
+    normalise(entries);
+  }
   Storage(const Storage&) = delete;
   Storage& operator=(const Storage&) = delete;
   ~Storage() {
@@ -53,6 +56,7 @@ struct Dictionary::Storage {
   }
 
   std::vector<Entry> entries;
+  Origin origin;
 };
 
 Data::Data(std::vector<std::byte> bytes) {
@@ -76,8 +80,8 @@ bool operator==(const Data& left, const Data& right) {
 
 Array::Array(std::initializer_list<Value> values) : Array(std::vector<Value>(values)) {}
 
-Array::Array(std::vector<Value> values)
-    : storage_(std::make_shared<const Storage>(std::move(values))) {}
+Array::Array(std::vector<Value> values, Origin origin)
+    : storage_(std::make_shared<const Storage>(std::move(values), std::move(origin))) {}
 
 std::size_t Array::size() const {
   return storage_ ? storage_->values.size() : 0;
@@ -98,6 +102,14 @@ const Value* Array::end() const {
   return begin() + size();
 }
 
+Origin Array::origin() const {
+  return storage_ ? storage_->origin : nullptr;
+}
+
+bool Array::isSameObject(const Array& other) const {
+  return storage_ == other.storage_ || (origin() && origin() == other.origin());
+}
+
 bool operator==(const Array& left, const Array& right) {
   return left.isSameObject(right) ||
          std::equal(left.begin(), left.end(), right.begin(), right.end());
@@ -106,8 +118,8 @@ bool operator==(const Array& left, const Array& right) {
 Dictionary::Dictionary(std::initializer_list<Entry> entries)
     : Dictionary(std::vector<Entry>(entries)) {}
 
-Dictionary::Dictionary(std::vector<Entry> entries)
-    : storage_(std::make_shared<const Storage>(std::move(entries))) {}
+Dictionary::Dictionary(std::vector<Entry> entries, Origin origin)
+    : storage_(std::make_shared<const Storage>(std::move(entries), std::move(origin))) {}
 
 std::size_t Dictionary::size() const {
   return storage_ ? storage_->entries.size() : 0;
@@ -190,6 +202,14 @@ const Dictionary::Entry* Dictionary::end() const {
   return begin() + size();
 }
 
+Origin Dictionary::origin() const {
+  return storage_ ? storage_->origin : nullptr;
+}
+
+bool Dictionary::isSameObject(const Dictionary& other) const {
+  return storage_ == other.storage_ || (origin() && origin() == other.origin());
+}
+
 bool operator==(const Dictionary& left, const Dictionary& right) {
   return left.isSameObject(right) ||
          std::equal(left.begin(), left.end(), right.begin(), right.end());
@@ -197,9 +217,28 @@ bool operator==(const Dictionary& left, const Dictionary& right) {
 
 Value::Type Value::type() const {
   // In the order of the variant's alternatives: both integer ones are one type.
-  constexpr Type types[] = {Type::null,   Type::boolean, Type::integer, Type::integer,   Type::real,
-                            Type::string, Type::data,    Type::array,   Type::dictionary};
+  constexpr Type types[] = {Type::null,       Type::boolean, Type::integer, Type::integer,
+                            Type::real,       Type::string,  Type::data,    Type::array,
+                            Type::dictionary, Type::opaque};
   return types[held_.index()];
+}
+
+Value Value::opaque(Origin object) {
+  Value value;
+  value.held_ = Opaque{std::move(object)};
+  return value;
+}
+
+Value Value::withOrigin(Origin origin) && {
+  origin_ = std::move(origin);
+  return std::move(*this);
+}
+
+Origin Value::origin() const {
+  if (const auto* held = std::get_if<Array>(&held_)) return held->origin();
+  if (const auto* held = std::get_if<Dictionary>(&held_)) return held->origin();
+  if (const auto* held = std::get_if<Opaque>(&held_)) return held->object;
+  return origin_;
 }
 
 std::optional<std::uint64_t> Value::unsignedInteger() const {

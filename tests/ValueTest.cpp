@@ -67,6 +67,22 @@ TEST(ValueTest, CopiesAreTheSameObjectAndEqualsAreNot) {
   EXPECT_EQ(inner, (Dictionary{{"k", 1}}));
 }
 
+TEST(ValueTest, AnOriginStaysWithItsValueAlone) {
+  const Origin text = std::make_shared<int>();
+  const Origin map = std::make_shared<int>();
+  const Dictionary made({{"s", Value("v").withOrigin(text)}, {"o", Value::opaque(map)}}, map);
+  const Dictionary derived = made.with("n", 1);
+  EXPECT_EQ(Value(made).origin(), map);
+  EXPECT_EQ(derived.origin(), nullptr);
+  EXPECT_EQ(derived.value("s")->origin(), text);
+  EXPECT_EQ(derived.value("s"), Value("v"));
+  EXPECT_EQ(derived.value("o"), Value::opaque(map));
+  EXPECT_FALSE(Value::opaque(map) == Value::opaque(text));
+  EXPECT_TRUE(made.isSameObject(Dictionary({}, map)));
+  EXPECT_TRUE(Array({}, map).isSameObject(Array({1}, map)));
+  EXPECT_FALSE(Dictionary(std::vector<Dictionary::Entry>()).isSameObject(Dictionary({}, map)));
+}
+
 TEST(ValueTest, ArraysAnswerForAnyIndex) {
   const Array array{1, Dictionary{{"k", 1}}};
   EXPECT_EQ(array.value(0), Value(1));

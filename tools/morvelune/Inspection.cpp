@@ -48,6 +48,7 @@ std::string nameOf(Type type) {
       return "a dictionary";
     case Type::null:
     case Type::data:
+    case Type::opaque:
       break;
   }
   return "null";

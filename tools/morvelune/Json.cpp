@@ -39,6 +39,7 @@ ordered_json toJson(const Value& value) {
       return objectOf(*value.dictionary());
     case Value::Type::null:
     case Value::Type::data:
+    case Value::Type::opaque:
       break;
   }
   return nullptr;

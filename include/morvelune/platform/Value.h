@@ -7,6 +7,9 @@
 // isSameObject() tells whether two handles name the same storage. Lookups are typed and never
 // throw: a missing key and a value of another type both give an empty optional. All of it may be
 // read from any thread. However deeply containers are nested, releasing them takes constant stack.
+//
+// A platform whose own objects stand for such values hands them in with their Origin, so that what
+// passes through the library unchanged comes out as the very object that went in.
 #pragma once
 
 #include <concepts>
@@ -25,6 +28,10 @@
 namespace morvelune {
 
 class Value;
+
+// Keeps the platform's object alive that a value was made from; null when there is none. The
+// library passes it on and never looks into it.
+using Origin = std::shared_ptr<const void>;
 
 // An immutable byte buffer; its bytes may be a private copy or memory that an owner keeps mapped.
 class Data {
@@ -57,7 +64,7 @@ class Array {
  public:
   Array() = default;
   Array(std::initializer_list<Value> values);
-  explicit Array(std::vector<Value> values);
+  explicit Array(std::vector<Value> values, Origin origin = nullptr);
 
   [[nodiscard]] std::size_t size() const;
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -69,8 +76,11 @@ class Array {
   [[nodiscard]] const Value* begin() const;
   [[nodiscard]] const Value* end() const;
 
-  // True for two handles on the same storage; all default-made arrays are one object.
-  [[nodiscard]] bool isSameObject(const Array& other) const { return storage_ == other.storage_; }
+  // The object that this array was made from.
+  [[nodiscard]] Origin origin() const;
+  // True for two handles on the same storage, and for arrays of the same origin; all default-made
+  // arrays are one object.
+  [[nodiscard]] bool isSameObject(const Array& other) const;
   // Compares the values, in order.
   friend bool operator==(const Array& left, const Array& right);
 
@@ -87,7 +97,7 @@ class Dictionary {
   Dictionary() = default;
   // Of entries with equal keys the last one counts.
   Dictionary(std::initializer_list<Entry> entries);
-  explicit Dictionary(std::vector<Entry> entries);
+  explicit Dictionary(std::vector<Entry> entries, Origin origin = nullptr);
 
   [[nodiscard]] std::size_t size() const;
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -116,10 +126,11 @@ class Dictionary {
   [[nodiscard]] const Entry* begin() const;
   [[nodiscard]] const Entry* end() const;
 
-  // True for two handles on the same storage; all default-made dictionaries are one object.
-  [[nodiscard]] bool isSameObject(const Dictionary& other) const {
-    return storage_ == other.storage_;
-  }
+  // The object that this dictionary was made from; a dictionary derived from another has none.
+  [[nodiscard]] Origin origin() const;
+  // True for two handles on the same storage, and for dictionaries of the same origin; all
+  // default-made dictionaries are one object.
+  [[nodiscard]] bool isSameObject(const Dictionary& other) const;
   // Compares keys and values.
   friend bool operator==(const Dictionary& left, const Dictionary& right);
 
@@ -138,7 +149,17 @@ concept NumberInteger = std::integral<T> && !std::same_as<T, bool> && !std::same
 // One property-list value.
 class Value {
  public:
-  enum class Type : std::uint8_t { null, boolean, integer, real, string, data, array, dictionary };
+  enum class Type : std::uint8_t {
+    null,
+    boolean,
+    integer,
+    real,
+    string,
+    data,
+    array,
+    dictionary,
+    opaque  // an object of the platform that the library does not interpret, such as a date
+  };
 
   Value() = default;  // null
   Value(std::nullptr_t) {}
@@ -161,6 +182,13 @@ class Value {
   Value(Array value) : held_(std::move(value)) {}
   Value(Dictionary value) : held_(std::move(value)) {}
   Value(const void*) = delete;  // no pointer turns into a boolean
+  // A value that says nothing but which object it is.
+  [[nodiscard]] static Value opaque(Origin object);
+
+  // The same value, made from `origin`. A container has the origin that it was made with.
+  [[nodiscard]] Value withOrigin(Origin origin) &&;
+  // The object that this value was made from.
+  [[nodiscard]] Origin origin() const;
 
   [[nodiscard]] Type type() const;
   [[nodiscard]] bool isNull() const { return std::holds_alternative<std::monostate>(held_); }
@@ -177,7 +205,7 @@ class Value {
   [[nodiscard]] std::optional<Array> array() const { return get<Array>(); }
   [[nodiscard]] std::optional<Dictionary> dictionary() const { return get<Dictionary>(); }
 
-  // Equal type and equal content.
+  // Equal type and equal content, whatever the origins; opaque values are equal to themselves only.
   friend bool operator==(const Value& left, const Value& right) {
     return left.held_ == right.held_;
   }
@@ -189,9 +217,15 @@ class Value {
     return std::nullopt;
   }
 
+  struct Opaque {
+    Origin object;
+    friend bool operator==(const Opaque&, const Opaque&) = default;
+  };
+
   std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Data, Array,
-               Dictionary>
+               Dictionary, Opaque>
       held_;
+  Origin origin_;  // of what is no container
 };
 
 struct Dictionary::Entry {
