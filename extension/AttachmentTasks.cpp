@@ -37,7 +37,7 @@ std::shared_ptr<URLSessionTask> MVLNotificationServiceExtension::downloadTaskFor
   auto url = address ? URL::parse(*address) : std::nullopt;
   auto identifier = attachment.string(MVLAttachmentIDKey).value_or(defaultIdentifier);
   // Type detection needs this object even when all others have let go of it.
-  auto completion = [self = shared_from_this(), url, identifier = std::move(identifier)](
+  auto completion = [self = retainedSelf(), url, identifier = std::move(identifier)](
                         const auto& location, const auto& response, const auto& error) {
     self->countDown();
     if (!error && location) {

@@ -4,12 +4,13 @@
 
 namespace morvelune {
 
-UNNotificationContent::UNNotificationContent(Fields fields)
+UNNotificationContent::UNNotificationContent(Fields fields, Origin origin)
     : userInfo_(std::move(fields.userInfo)),
       attachments_(std::move(fields.attachments)),
       title_(std::move(fields.title)),
       subtitle_(std::move(fields.subtitle)),
-      body_(std::move(fields.body)) {}
+      body_(std::move(fields.body)),
+      origin_(std::move(origin)) {}
 
 UNNotificationContent::Fields UNNotificationContent::fields() const {
   return {title(), subtitle(), body(), userInfo(), attachments()};

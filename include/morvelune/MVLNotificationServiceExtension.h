@@ -61,6 +61,11 @@ class MVLNotificationServiceExtension
   // One download per entry of "mvl-atts", in order, not started; raises the operations count by
   // their number before the first is made. Empty when there are none.
   [[nodiscard]] Tasks attachmentsTasksForNotification(const Dictionary& notification);
+  // What a download's completion holds so that type detection finds this object. A subclass that
+  // another object owns gives a pointer that keeps that one alive too.
+  [[nodiscard]] virtual std::shared_ptr<MVLNotificationServiceExtension> retainedSelf() {
+    return shared_from_this();
+  }
   // The download of one entry, not started. An entry without a valid address gives a task that
   // fails; the identifier is "mvl.default.id" when the entry has none.
   [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskForAttachment(

@@ -6,15 +6,20 @@
 #include <utility>
 
 #include "morvelune/platform/URL.h"
+#include "morvelune/platform/Value.h"
 
 namespace morvelune {
 
-// Immutable. A platform derives its own to carry its native object along.
+// Immutable; callable from any thread.
 class UNNotificationAttachment {
  public:
-  UNNotificationAttachment(std::string identifier, URL url, std::optional<std::string> type)
-      : identifier_(std::move(identifier)), url_(std::move(url)), type_(std::move(type)) {}
-  virtual ~UNNotificationAttachment() = default;
+  // `origin` is the platform's own object, when there is one.
+  UNNotificationAttachment(std::string identifier, URL url, std::optional<std::string> type,
+                           Origin origin = nullptr)
+      : identifier_(std::move(identifier)),
+        url_(std::move(url)),
+        type_(std::move(type)),
+        origin_(std::move(origin)) {}
   UNNotificationAttachment(const UNNotificationAttachment&) = delete;
   UNNotificationAttachment& operator=(const UNNotificationAttachment&) = delete;
 
@@ -23,11 +28,14 @@ class UNNotificationAttachment {
   [[nodiscard]] const URL& url() const { return url_; }
   // Its Uniform Type Identifier, such as "public.jpeg"; empty when the platform does not tell.
   [[nodiscard]] const std::optional<std::string>& type() const { return type_; }
+  // The platform's own object; null when there is none.
+  [[nodiscard]] const Origin& origin() const { return origin_; }
 
  private:
   std::string identifier_;
   URL url_;
   std::optional<std::string> type_;
+  Origin origin_;
 };
 
 }  // namespace morvelune

@@ -18,7 +18,7 @@ namespace morvelune {
 class UNMutableNotificationContent;
 
 // A content. It may be read from any thread, also while a mutable one is being written. A platform
-// derives its own to carry its native object along.
+// derives its own, which copy its native object.
 class UNNotificationContent {
  public:
   using Attachments = std::vector<std::shared_ptr<const UNNotificationAttachment>>;
@@ -32,17 +32,20 @@ class UNNotificationContent {
   };
 
   UNNotificationContent() = default;
-  explicit UNNotificationContent(Fields fields);
+  // `origin` is the platform's own object, when there is one.
+  explicit UNNotificationContent(Fields fields, Origin origin = nullptr);
   virtual ~UNNotificationContent() = default;
   UNNotificationContent(const UNNotificationContent&) = delete;
   UNNotificationContent& operator=(const UNNotificationContent&) = delete;
 
-  [[nodiscard]] virtual std::optional<std::string> title() const { return title_; }
-  [[nodiscard]] virtual std::optional<std::string> subtitle() const { return subtitle_; }
-  [[nodiscard]] virtual std::optional<std::string> body() const { return body_; }
+  [[nodiscard]] const std::optional<std::string>& title() const { return title_; }
+  [[nodiscard]] const std::optional<std::string>& subtitle() const { return subtitle_; }
+  [[nodiscard]] const std::optional<std::string>& body() const { return body_; }
   // The payload; empty when the content has none.
-  [[nodiscard]] virtual std::optional<Dictionary> userInfo() const { return userInfo_.load(); }
-  [[nodiscard]] virtual Attachments attachments() const { return attachments_.load(); }
+  [[nodiscard]] std::optional<Dictionary> userInfo() const { return userInfo_.load(); }
+  [[nodiscard]] Attachments attachments() const { return attachments_.load(); }
+  // The platform's own object; null when there is none.
+  [[nodiscard]] const Origin& origin() const { return origin_; }
 
   // A new content with the same fields that can be written. Never null.
   [[nodiscard]] virtual std::shared_ptr<UNMutableNotificationContent> mutableCopy() const;
@@ -58,6 +61,7 @@ class UNNotificationContent {
   std::optional<std::string> title_;
   std::optional<std::string> subtitle_;
   std::optional<std::string> body_;
+  Origin origin_;
 };
 
 // A content whose payload and attachments can be written, each write indivisible, from any thread.

@@ -1,0 +1,39 @@
+#include "platform/apple/AppleServices.h"
+#import "platform/apple/Conversion.h"
+
+namespace morvelune::apple {
+namespace {
+
+class AppleLocale : public Locale {
+ public:
+  [[nodiscard]] std::optional<std::string> countryCode() const override {
+    return optionalFromNative(
+        static_cast<NSString*>([[NSLocale currentLocale] objectForKey:NSLocaleCountryCode]));
+  }
+
+  [[nodiscard]] std::optional<std::vector<std::string>> preferredLanguages() const override {
+    NSArray* languages = [NSLocale preferredLanguages];
+    if (languages == nil) return std::nullopt;
+    std::vector<std::string> tags;
+    for (NSString* each in languages) tags.push_back(fromNative(each));
+    return tags;
+  }
+
+  [[nodiscard]] std::optional<std::string> currencyName(
+      std::string_view localeIdentifier, std::string_view currencyCode) const override {
+    NSString* code = toNative(currencyCode);
+    NSLocale* locale =
+        [[[NSLocale alloc] initWithLocaleIdentifier:toNative(localeIdentifier)] autorelease];
+    NSString* name = [locale displayNameForKey:NSLocaleCurrencyCode value:code];
+    // The platform's data names an unknown code by itself.
+    return [name isEqualToString:code] ? std::nullopt : optionalFromNative(name);
+  }
+};
+
+}  // namespace
+
+std::shared_ptr<Locale> makeLocale() {
+  return std::make_shared<AppleLocale>();
+}
+
+}  // namespace morvelune::apple

@@ -1,0 +1,291 @@
+#import "platform/apple/Conversion.h"
+
+#include <Block.h>
+
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "platform/apple/NativeContent.h"
+
+namespace morvelune::apple {
+namespace {
+
+// The library reads four containers deep: a payload's buttons, one of them, its parameters. Deeper
+// ones pass through unread, so that no payload, and no container that holds itself, costs more.
+constexpr int maximumDepth = 8;
+
+Value containerFromNative(id object, int depth);
+
+bool isBoolean(NSNumber* number) {
+  // The platform's booleans are numbers of the type "c" (or "B"), as are small integers.
+  return std::strchr("cB", [number objCType][0]) && (number.intValue == 0 || number.intValue == 1);
+}
+
+Value fromNativeNumber(NSNumber* number) {
+  if (isBoolean(number)) return static_cast<bool>(number.boolValue);
+  switch ([number objCType][0]) {
+    case 'f':
+    case 'd':
+      return number.doubleValue;
+    case 'Q':
+    case 'L':
+    case 'I':
+      return number.unsignedLongLongValue;
+    default:
+      return number.longLongValue;
+  }
+}
+
+Value valueFromNative(id object, int depth) {
+  if (object == nil || [object isKindOfClass:[NSNull class]]) return nullptr;
+  if ([object isKindOfClass:[NSString class]]) {
+    return Value(fromNative(static_cast<NSString*>(object))).withOrigin(retained(object));
+  }
+  if ([object isKindOfClass:[NSNumber class]]) {
+    return fromNativeNumber(object).withOrigin(retained(object));
+  }
+  if ([object isKindOfClass:[NSData class]]) {
+    return Value(fromNative(static_cast<NSData*>(object))).withOrigin(retained(object));
+  }
+  return depth < maximumDepth ? containerFromNative(object, depth)
+                              : Value::opaque(retained(object));
+}
+
+Dictionary dictionaryFromNative(NSDictionary* dictionary, int depth) {
+  std::vector<Dictionary::Entry> entries;
+  for (id key in dictionary) {
+    if (![key isKindOfClass:[NSString class]]) continue;
+    entries.push_back({fromNative(static_cast<NSString*>(key)),
+                       valueFromNative([dictionary objectForKey:key], depth + 1)});
+  }
+  return Dictionary(std::move(entries), retained(dictionary));
+}
+
+Value containerFromNative(id object, int depth) {
+  if ([object isKindOfClass:[NSDictionary class]]) return dictionaryFromNative(object, depth);
+  if (![object isKindOfClass:[NSArray class]]) return Value::opaque(retained(object));
+  std::vector<Value> values;
+  for (id element in static_cast<NSArray*>(object)) {
+    values.push_back(valueFromNative(element, depth + 1));
+  }
+  return Array(std::move(values), retained(object));
+}
+
+NSArray* arrayFromValues(const Array& array) {
+  NSMutableArray* objects = [NSMutableArray arrayWithCapacity:array.size()];
+  for (const Value& value : array) [objects addObject:objectFromValue(value)];
+  return [[objects copy] autorelease];
+}
+
+NSNumber* toNativeInteger(const Value& value) {
+  if (const auto number = value.integer()) return [NSNumber numberWithLongLong:*number];
+  return [NSNumber numberWithUnsignedLongLong:value.unsignedInteger().value_or(0)];
+}
+
+UNNotificationContent::Fields fieldsOf(::UNNotificationContent* content) {
+  return {.title = optionalFromNative(content.title),
+          .subtitle = optionalFromNative(content.subtitle),
+          .body = optionalFromNative(content.body),
+          .userInfo = optionalFromNative(content.userInfo),
+          .attachments = fromNative(content.attachments)};
+}
+
+// A content handler that is a block of the platform's.
+struct BlockHandler {
+  std::shared_ptr<const void> block;
+
+  [[nodiscard]] HandlerBlock get() const { return (HandlerBlock) const_cast<void*>(block.get()); }
+  void operator()(const std::shared_ptr<const UNNotificationContent>& content) const {
+    @autoreleasepool {
+      get()(toNative(content.get()));
+    }
+  }
+};
+
+}  // namespace
+
+Origin retained(id object) {
+  if (object == nil) return nullptr;
+  return {[object retain], [](void* kept) { [static_cast<id>(kept) release]; }};
+}
+
+id objectOf(const Origin& origin) {
+  return static_cast<id>(const_cast<void*>(origin.get()));
+}
+
+std::string fromNative(NSString* text) {
+  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  return {static_cast<const char*>(bytes.bytes), bytes.length};
+}
+
+NSString* toNative(std::string_view text) {
+  const auto read = [text](NSStringEncoding encoding) {
+    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
+                                   encoding:encoding] autorelease];
+  };
+  NSString* string = read(NSUTF8StringEncoding);
+  return string != nil ? string : read(NSISOLatin1StringEncoding);
+}
+
+Value valueFromNative(id object) {
+  return valueFromNative(object, 0);
+}
+
+id objectFromValue(const Value& value) {
+  if (const Origin origin = value.origin()) return [[objectOf(origin) retain] autorelease];
+  switch (value.type()) {
+    case Value::Type::boolean:
+      return [NSNumber numberWithBool:*value.boolean()];
+    case Value::Type::integer:
+      return toNativeInteger(value);
+    case Value::Type::real:
+      return [NSNumber numberWithDouble:*value.real()];
+    case Value::Type::string:
+      return toNative(*value.string());
+    case Value::Type::data:
+      return toNative(*value.data());
+    case Value::Type::array:
+      return arrayFromValues(*value.array());
+    case Value::Type::dictionary:
+      return toNative(*value.dictionary());
+    case Value::Type::null:
+    case Value::Type::opaque:
+      break;
+  }
+  return [NSNull null];
+}
+
+Dictionary fromNative(NSDictionary* dictionary) {
+  return dictionary ? dictionaryFromNative(dictionary, 0) : Dictionary();
+}
+
+NSDictionary* toNative(const Dictionary& dictionary) {
+  if (const Origin origin = dictionary.origin()) return [[objectOf(origin) retain] autorelease];
+  NSMutableDictionary* objects = [NSMutableDictionary dictionaryWithCapacity:dictionary.size()];
+  for (const auto& [key, value] : dictionary) {
+    [objects setObject:objectFromValue(value) forKey:toNative(key)];
+  }
+  return [[objects copy] autorelease];
+}
+
+Data fromNative(NSData* data) {
+  return {retained(data), {static_cast<const std::byte*>(data.bytes), data.length}};
+}
+
+NSData* toNative(const Data& data) {
+  return [NSData dataWithBytes:data.bytes().data() length:data.size()];
+}
+
+std::optional<URL> fromNative(NSURL* url) {
+  if (url == nil) return std::nullopt;
+  return url.fileURL ? URL::fileURL(fromNative(url.path))
+                     : URL::parse(fromNative(url.absoluteString));
+}
+
+NSURL* toNative(const URL& url) {
+  return url.isFileURL() ? [NSURL fileURLWithPath:toNative(url.path())]
+                         : [NSURL URLWithString:toNative(url.absoluteString())];
+}
+
+std::optional<Error> fromNative(NSError* error) {
+  if (error == nil) return std::nullopt;
+  return Error{fromNative(error.domain), static_cast<int>(error.code),
+               fromNative(error.localizedDescription)};
+}
+
+std::optional<URLResponse> fromNative(NSURLResponse* response) {
+  if (response == nil) return std::nullopt;
+  const bool isHTTP = [response isKindOfClass:[NSHTTPURLResponse class]];
+  const auto status = isHTTP ? static_cast<NSHTTPURLResponse*>(response).statusCode : 0;
+  return URLResponse{static_cast<int>(status), optionalFromNative(response.suggestedFilename)};
+}
+
+::NSRange toNative(const NSRange& range, std::string_view text) {
+  if (range.location == NSNotFound) return NSMakeRange(::NSNotFound, 0);
+  return NSMakeRange(toNative(text.substr(0, range.location)).length,
+                     toNative(text.substr(range.location, range.length)).length);
+}
+
+NSRange fromNative(::NSRange range, NSString* text) {
+  if (range.location == static_cast<NSUInteger>(::NSNotFound)) return {};
+  return {fromNative([text substringToIndex:range.location]).size(),
+          fromNative([text substringWithRange:range]).size()};
+}
+
+std::shared_ptr<const UNNotificationContent> fromNative(::UNNotificationContent* content) {
+  if (content == nil) return nullptr;
+  return std::make_shared<const NativeContent>(fieldsOf(content), retained(content));
+}
+
+std::shared_ptr<UNMutableNotificationContent> fromNative(::UNMutableNotificationContent* content) {
+  if (content == nil) return nullptr;
+  return std::make_shared<NativeMutableContent>(fieldsOf(content), retained(content));
+}
+
+::UNNotificationContent* toNative(const UNNotificationContent* content) {
+  return content ? [[objectOf(content->origin()) retain] autorelease] : nil;
+}
+
+std::shared_ptr<const UNNotificationAttachment> fromNative(::UNNotificationAttachment* attachment) {
+  if (attachment == nil) return nullptr;
+  return std::make_shared<const UNNotificationAttachment>(
+      fromNative(attachment.identifier), fromNative(attachment.URL).value_or(URL::fileURL("/")),
+      optionalFromNative(attachment.type), retained(attachment));
+}
+
+UNNotificationContent::Attachments fromNative(NSArray<::UNNotificationAttachment*>* attachments) {
+  UNNotificationContent::Attachments all;
+  for (::UNNotificationAttachment* each in attachments) all.push_back(fromNative(each));
+  return all;
+}
+
+NSArray<::UNNotificationAttachment*>* toNative(
+    const UNNotificationContent::Attachments& attachments) {
+  NSMutableArray* objects = [NSMutableArray arrayWithCapacity:attachments.size()];
+  for (const auto& each : attachments) {
+    if (each->origin()) [objects addObject:objectOf(each->origin())];
+  }
+  return [[objects copy] autorelease];
+}
+
+UNNotificationRequest fromNative(::UNNotificationRequest* request) {
+  return {fromNative(request.content)};
+}
+
+UNNotification fromNative(::UNNotification* notification) {
+  return {fromNative(notification.request)};
+}
+
+UNNotificationResponse fromNative(::UNNotificationResponse* response) {
+  return {fromNative(response.notification), fromNative(response.actionIdentifier)};
+}
+
+AnyNotification notificationFromNative(id object) {
+  if ([object isKindOfClass:[NSDictionary class]]) {
+    return Value(fromNative(static_cast<NSDictionary*>(object)));
+  }
+  if ([object isKindOfClass:[::UNNotification class]]) {
+    return fromNative(static_cast<::UNNotification*>(object));
+  }
+  if ([object isKindOfClass:[::UNNotificationResponse class]]) {
+    return fromNative(static_cast<::UNNotificationResponse*>(object));
+  }
+  if ([object isKindOfClass:[::UNNotificationRequest class]]) {
+    return fromNative(static_cast<::UNNotificationRequest*>(object));
+  }
+  return std::monostate();
+}
+
+UNNotificationServiceExtension::ContentHandler fromNative(HandlerBlock handler) {
+  if (handler == nil) return nullptr;
+  return BlockHandler{
+      {(const void*)Block_copy(handler), [](const void* kept) { Block_release(kept); }}};
+}
+
+HandlerBlock toNative(const UNNotificationServiceExtension::ContentHandler& handler) {
+  const auto* block = handler.target<BlockHandler>();
+  return block ? block->get() : HandlerBlock();
+}
+
+}  // namespace morvelune::apple
