@@ -1,0 +1,43 @@
+// MVLNotificationServiceExtension: enriches and measures each notification before it is shown.
+//
+// Make it the principal class of a notification service extension, or derive that class from it:
+//
+//   @interface NotificationService : MVLNotificationServiceExtension
+//   @end
+//
+// For a notification that this system sent it schedules the display tracking request and one
+// download per attachment, starts them all at once and calls the handler with the enriched content
+// when the last one has finished, or earlier when the platform says that time is up. Any other
+// notification is handed back untouched.
+#import <Foundation/Foundation.h>
+#import <UserNotifications/UserNotifications.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+struct MVLNotificationServiceExtensionCore;
+
+/// Requests and expiry may arrive on any threads while completions run on the shared session's
+/// callback queue; the handler is called on whichever of them delivers. It is called a second time
+/// when tasks finish after time has expired.
+@interface MVLNotificationServiceExtension : UNNotificationServiceExtension {
+ @private
+  struct MVLNotificationServiceExtensionCore* _core;
+}
+
+/// A copy of the content that would be delivered now: the attachments finished so far, in the order
+/// of their identifiers. Nil before the first request of this system. Any thread.
+@property(nonatomic, readonly, nullable) UNNotificationContent* mvlBestAttemptContent;
+
+/// Processes one request. The handler gets the request's own content, at once, when this system did
+/// not send the notification or when there is nothing to do for it, and otherwise a mutable copy of
+/// it with all its properties.
+- (void)didReceiveNotificationRequest:(UNNotificationRequest*)request
+                   withContentHandler:(void (^)(UNNotificationContent*))contentHandler;
+
+/// Calls the handler at once with what has been collected so far, whether or not it was called
+/// before. There must have been a request of this system.
+- (void)serviceExtensionTimeWillExpire;
+
+@end
+
+NS_ASSUME_NONNULL_END

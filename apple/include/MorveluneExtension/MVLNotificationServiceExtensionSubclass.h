@@ -1,0 +1,51 @@
+// The steps and the state of MVLNotificationServiceExtension, for subclasses to call. The umbrella
+// header leaves it out: import it where such a subclass is implemented.
+//
+// The library does not send these messages to itself: overriding one changes what others get who
+// send it, not how a request is processed.
+#import <MorveluneExtension/MVLNotificationServiceExtension.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface MVLNotificationServiceExtension (Subclass)
+
+/// Puts the attachments in place and calls the handler with the best attempt content itself.
+- (void)excuteCompletionHandler;
+/// Sets the best attempt content's attachments: those collected, by ascending identifier.
+- (void)updateBestAttemptContentAttachements;
+
+/// The display tracking request, not started; raises the operations count. Nil, with no effect,
+/// when the payload gives no tracking address for "display".
+- (nullable NSURLSessionDataTask*)trackingTaskForNotification:(NSDictionary*)notification;
+/// One download per entry of "mvl-atts", in order, not started; raises the operations count by
+/// their number before the first is made. Empty when there are none.
+- (NSArray<NSURLSessionDownloadTask*>*)attachmentsTasksForNotification:(NSDictionary*)notification;
+/// The download of one entry, not started. An entry without a valid address gives a task that
+/// fails; the identifier is "mvl.default.id" when the entry has none.
+- (NSURLSessionDownloadTask*)downloadTaskForAttachment:(NSDictionary*)attachment;
+/// Moves a downloaded file to a unique name in its folder. Gives that name's file URL, also when
+/// the move failed, which is logged.
+- (NSURL*)saveTempFile:(NSURL*)tempFile attachmentWithIdentifier:(NSString*)identifier;
+
+/// Signature records by type: Uniform Type Identifier to an array of records of FSign(). The same
+/// object on every call. Any thread.
+- (NSDictionary<NSString*, NSArray<NSDictionary<NSString*, id>*>*>*)UTIMap;
+/// The type that the first 16 bytes tell; nil when no signature matches or there are fewer.
+- (nullable NSString*)UTIForData:(nullable NSData*)data;
+/// The type that the content tells, else the file name's extension; the latter is logged.
+- (nullable NSString*)UTIForData:(nullable NSData*)data
+               suggestedFilename:(nullable NSString*)filename;
+/// File-name extensions in lower case to types. The same object on every call. Any thread.
+- (NSDictionary<NSString*, NSString*>*)knownExtensionsMap;
+
+/// The whole state. Each single read and single write is indivisible. A task that was made and is
+/// not started counts as an operation.
+@property(nonatomic, copy, nullable) void (^internalContentHandler)(UNNotificationContent*);
+@property(nonatomic, strong, nullable) UNMutableNotificationContent* internalBestAttemptContent;
+/// In the order in which their downloads completed. Replaced as a whole, never edited.
+@property(nonatomic, copy) NSArray<UNNotificationAttachment*>* internalAttachments;
+@property(atomic) NSUInteger internalOperationsCount;
+
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,14 @@
+// UIScreen(Morvelune): how a screen is held.
+#import <UIKit/UIKit.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface UIScreen (Morvelune)
+
+/// The platform's interface orientation: 1 portrait, 2 portrait upside down, 3 landscape right,
+/// 4 landscape left. 0, unknown, never comes from a real screen.
+- (NSInteger)mvl_currentOrientation;
+
+@end
+
+NS_ASSUME_NONNULL_END
