@@ -1,0 +1,5 @@
+// The principal class of the notification service extension.
+#import <MorveluneExtension/MorveluneExtension.h>
+
+@interface NotificationService : MVLNotificationServiceExtension
+@end

@@ -1,0 +1,21 @@
+import MorveluneExtension
+import UserNotifications
+
+/// The principal class of the notification service extension.
+class NotificationService: MVLNotificationServiceExtension {
+  // An app that changes nothing leaves this method out.
+  override func didReceive(
+    _ request: UNNotificationRequest,
+    withContentHandler contentHandler: @escaping (UNNotificationContent) -> Void
+  ) {
+    super.didReceive(request) { content in
+      // What was handed back untouched is no mutable content.
+      if let own = content as? UNMutableNotificationContent {
+        // The app's own changes. They may be made twice: when time expires, and when the last
+        // download has finished after that.
+        own.threadIdentifier = "offers"
+      }
+      contentHandler(content)
+    }
+  }
+}
