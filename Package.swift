@@ -84,7 +84,7 @@ let package = Package(
         .linkedFramework("UIKit"),
         .linkedFramework("UserNotifications"),
         // Or a linker that takes only what is named would leave the categories out.
-        .unsafeFlags(["-ObjC"]),
+        .unsafeFlags(["-Xlinker", "-ObjC"]),
       ]
     )
   ],

@@ -99,7 +99,7 @@ struct MVLNotificationServiceExtensionCore {
   NSMutableArray* tasks = [NSMutableArray array];
   for (const auto& each :
        _core->extension->attachmentsTasksForNotification(fromNative(notification))) {
-    [tasks addObject:toNative(each.get())];
+    if (NSURLSessionTask* task = toNative(each.get())) [tasks addObject:task];
   }
   return [[tasks copy] autorelease];
 }

@@ -40,39 +40,47 @@
 namespace morvelune::apple {
 namespace {
 
-// The default centre. Objects are the platform's own, as retained() keeps them.
+// The default centre. Objects are the platform's own, as retained() keeps them. Any thread may
+// call, also one without an autorelease pool.
 class AppleNotificationCenter : public NotificationCenter {
  public:
   Token addObserver(std::string name, std::shared_ptr<const void> object,
                     Observer observer) override {
-    const Origin made = retained(
-        [[[MVLNotificationObserver alloc] initWithObserver:std::move(observer)] autorelease]);
-    [[NSNotificationCenter defaultCenter] addObserver:objectOf(made)
-                                             selector:@selector(received:)
-                                                 name:toNative(name)
-                                               object:objectOf(object)];
-    const std::lock_guard lock(mutex_);
-    observers_.emplace(++last_, made);
-    return Token{last_};
+    @autoreleasepool {
+      const Origin made = retained(
+          [[[MVLNotificationObserver alloc] initWithObserver:std::move(observer)] autorelease]);
+      [[NSNotificationCenter defaultCenter] addObserver:objectOf(made)
+                                               selector:@selector(received:)
+                                                   name:toNative(name)
+                                                 object:objectOf(object)];
+      const std::lock_guard lock(mutex_);
+      observers_.emplace(++last_, made);
+      return Token{last_};
+    }
   }
 
   void removeObserver(Token token) override {
-    Origin removed;
-    {
-      const std::lock_guard lock(mutex_);
-      auto node = observers_.extract(static_cast<std::uint64_t>(token));
-      if (node) removed = std::move(node.mapped());
+    @autoreleasepool {
+      const Origin removed = take(token);
+      if (removed) [[NSNotificationCenter defaultCenter] removeObserver:objectOf(removed)];
     }
-    if (removed) [[NSNotificationCenter defaultCenter] removeObserver:objectOf(removed)];
   }
 
   void post(const PostedNotification& notification) override {
-    [[NSNotificationCenter defaultCenter] postNotificationName:toNative(notification.name)
-                                                        object:objectOf(notification.object)
-                                                      userInfo:toNative(notification.userInfo)];
+    @autoreleasepool {
+      [[NSNotificationCenter defaultCenter] postNotificationName:toNative(notification.name)
+                                                          object:objectOf(notification.object)
+                                                        userInfo:toNative(notification.userInfo)];
+    }
   }
 
  private:
+  Origin take(Token token) {
+    const std::lock_guard lock(mutex_);
+    auto node = observers_.extract(static_cast<std::uint64_t>(token));
+    return node ? std::move(node.mapped()) : nullptr;
+  }
+
   std::mutex mutex_;
   std::map<std::uint64_t, Origin> observers_;
   std::uint64_t last_ = 0;

@@ -30,8 +30,8 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 // The object that is kept; nil for null.
 [[nodiscard]] id objectOf(const Origin& origin);
 
-// UTF-8. What no UTF-8 can express (half a surrogate pair) is replaced; bytes that are no UTF-8 are
-// read as ISO 8859-1.
+// UTF-8. What no UTF-8 can express (half a surrogate pair) is dropped or replaced, as the platform
+// does it; bytes that are no UTF-8 are read as ISO 8859-1.
 [[nodiscard]] std::string fromNative(NSString* text);
 [[nodiscard]] NSString* toNative(std::string_view text);
 
@@ -45,7 +45,7 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 [[nodiscard]] Data fromNative(NSData* data);
 [[nodiscard]] NSData* toNative(const Data& data);
 
-// File URLs are converted by their paths. Empty for nil and for what the library calls no URL.
+// A file URL is read by its path. Empty for nil and for what the library calls no URL.
 [[nodiscard]] std::optional<URL> fromNative(NSURL* url);
 [[nodiscard]] NSURL* toNative(const URL& url);
 
@@ -79,7 +79,8 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 
 // Empty for nil. The block is retained as long as a copy of the handler lives.
 [[nodiscard]] UNNotificationServiceExtension::ContentHandler fromNative(HandlerBlock handler);
-// The block that a handler was made from; nil for any other handler.
+// The block that a handler was made from, which lasts as long as the caller's autorelease pool; nil
+// for any other handler.
 [[nodiscard]] HandlerBlock toNative(const UNNotificationServiceExtension::ContentHandler& handler);
 
 // A task of the platform's session, and the session's task of one that it made.

@@ -8,14 +8,51 @@
 
 #include "platform/apple/NativeContent.h"
 
+// Keeps a copied block, which is no object everywhere, until the autorelease pool lets go of it.
+@interface MVLBlockHolder : NSObject {
+ @private
+  const void* _block;
+}
+- (instancetype)initWithBlock:(const void*)block;
+@end
+
+@implementation MVLBlockHolder
+
+- (instancetype)initWithBlock:(const void*)block {
+  if ((self = [super init])) _block = Block_copy(block);
+  return self;
+}
+
+- (void)dealloc {
+  Block_release(_block);
+  [super dealloc];
+}
+
+@end
+
 namespace morvelune::apple {
 namespace {
 
-// The library reads four containers deep: a payload's buttons, one of them, its parameters. Deeper
-// ones pass through unread, so that no payload, and no container that holds itself, costs more.
-constexpr int maximumDepth = 8;
+// The library reads four containers deep: a payload, its buttons, one of them, its parameters.
+// Deeper ones pass through unread.
+constexpr int maximumDepth = 4;
 
-Value containerFromNative(id object, int depth);
+// The containers that a value stands in, innermost first.
+struct Nesting {
+  id container;
+  const Nesting* outer;
+};
+
+// Whether a container is to pass through unread, also because it holds itself.
+bool isTooDeep(id container, const Nesting* outer) {
+  int depth = 0;
+  for (; outer != nullptr; outer = outer->outer, ++depth) {
+    if (outer->container == container) return true;
+  }
+  return depth >= maximumDepth;
+}
+
+Value containerFromNative(id object, const Nesting* outer);
 
 bool isBoolean(NSNumber* number) {
   // The platform's booleans are numbers of the type "c" (or "B"), as are small integers.
@@ -37,7 +74,7 @@ Value fromNativeNumber(NSNumber* number) {
   }
 }
 
-Value valueFromNative(id object, int depth) {
+Value valueFromNative(id object, const Nesting* outer) {
   if (object == nil || [object isKindOfClass:[NSNull class]]) return nullptr;
   if ([object isKindOfClass:[NSString class]]) {
     return Value(fromNative(static_cast<NSString*>(object))).withOrigin(retained(object));
@@ -48,26 +85,28 @@ Value valueFromNative(id object, int depth) {
   if ([object isKindOfClass:[NSData class]]) {
     return Value(fromNative(static_cast<NSData*>(object))).withOrigin(retained(object));
   }
-  return depth < maximumDepth ? containerFromNative(object, depth)
-                              : Value::opaque(retained(object));
+  return isTooDeep(object, outer) ? Value::opaque(retained(object))
+                                  : containerFromNative(object, outer);
 }
 
-Dictionary dictionaryFromNative(NSDictionary* dictionary, int depth) {
+Dictionary dictionaryFromNative(NSDictionary* dictionary, const Nesting* outer) {
+  const Nesting nesting{dictionary, outer};
   std::vector<Dictionary::Entry> entries;
   for (id key in dictionary) {
     if (![key isKindOfClass:[NSString class]]) continue;
     entries.push_back({fromNative(static_cast<NSString*>(key)),
-                       valueFromNative([dictionary objectForKey:key], depth + 1)});
+                       valueFromNative([dictionary objectForKey:key], &nesting)});
   }
   return Dictionary(std::move(entries), retained(dictionary));
 }
 
-Value containerFromNative(id object, int depth) {
-  if ([object isKindOfClass:[NSDictionary class]]) return dictionaryFromNative(object, depth);
+Value containerFromNative(id object, const Nesting* outer) {
+  if ([object isKindOfClass:[NSDictionary class]]) return dictionaryFromNative(object, outer);
   if (![object isKindOfClass:[NSArray class]]) return Value::opaque(retained(object));
+  const Nesting nesting{object, outer};
   std::vector<Value> values;
   for (id element in static_cast<NSArray*>(object)) {
-    values.push_back(valueFromNative(element, depth + 1));
+    values.push_back(valueFromNative(element, &nesting));
   }
   return Array(std::move(values), retained(object));
 }
@@ -129,7 +168,7 @@ NSString* toNative(std::string_view text) {
 }
 
 Value valueFromNative(id object) {
-  return valueFromNative(object, 0);
+  return valueFromNative(object, nullptr);
 }
 
 id objectFromValue(const Value& value) {
@@ -157,7 +196,7 @@ id objectFromValue(const Value& value) {
 }
 
 Dictionary fromNative(NSDictionary* dictionary) {
-  return dictionary ? dictionaryFromNative(dictionary, 0) : Dictionary();
+  return dictionary ? dictionaryFromNative(dictionary, nullptr) : Dictionary();
 }
 
 NSDictionary* toNative(const Dictionary& dictionary) {
@@ -184,8 +223,7 @@ std::optional<URL> fromNative(NSURL* url) {
 }
 
 NSURL* toNative(const URL& url) {
-  return url.isFileURL() ? [NSURL fileURLWithPath:toNative(url.path())]
-                         : [NSURL URLWithString:toNative(url.absoluteString())];
+  return [NSURL URLWithString:toNative(url.absoluteString())];
 }
 
 std::optional<Error> fromNative(NSError* error) {
@@ -285,7 +323,9 @@ UNNotificationServiceExtension::ContentHandler fromNative(HandlerBlock handler) 
 
 HandlerBlock toNative(const UNNotificationServiceExtension::ContentHandler& handler) {
   const auto* block = handler.target<BlockHandler>();
-  return block ? block->get() : HandlerBlock();
+  if (block == nullptr) return nil;
+  [[[MVLBlockHolder alloc] initWithBlock:block->block.get()] autorelease];
+  return block->get();
 }
 
 }  // namespace morvelune::apple

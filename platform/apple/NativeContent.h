@@ -25,8 +25,9 @@ class NativeMutableContent : public UNMutableNotificationContent {
   [[nodiscard]] std::shared_ptr<const UNNotificationContent> copy() const override;
 
  private:
-  // The platform's object is not safe to copy while it is written.
-  mutable std::mutex mutex_;
+  // The platform's object is not safe to copy while it is written. Whoever observes its properties
+  // may come back here.
+  mutable std::recursive_mutex mutex_;
 };
 
 }  // namespace morvelune::apple
