@@ -7,7 +7,8 @@ packages=(
   libcurl4-openssl-dev libicu-dev libssl-dev
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  clang-14 clang-format-14 clang-tidy-14 libc++-14-dev libc++abi-14-dev
+  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+  libgnustep-base-dev gnustep-make libobjc-12-dev libblocksruntime-dev
 )
 
 missing=()

@@ -21,7 +21,7 @@ step "packages"
 scripts/install-deps.sh
 
 step "format"
-git ls-files '*.h' '*.cpp' | xargs clang-format-14 --dry-run -Werror
+git ls-files '*.h' '*.cpp' '*.m' '*.mm' | xargs clang-format-14 --dry-run -Werror
 
 step "address and undefined-behaviour sanitizers"
 build asan
@@ -33,6 +33,10 @@ ctest --preset tsan -j 2
 
 step "clang and libc++"
 build clang
+
+step "the Objective-C face on GNUstep, with sanitizers"
+build apple
+ctest --preset apple -j 2
 
 step "release, with the bounds of time and memory"
 build release

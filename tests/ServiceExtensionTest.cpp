@@ -1,179 +1,164 @@
+// The service extension: the deliveries that data/deliveries.json describes, and what no table can.
+//
+// A case tells the payload and what the servers answer, then step by step what the handler is
+// given,
+// "" for nothing; whether the push left the extension untouched; then, unless it is silent about
+// them, all requests, staged files and log lines.
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "support/ExposedExtension.h"
 #include "support/InMemoryPlatform.h"
 #include "support/Media.h"
+#include "support/TestData.h"
 
 namespace morvelune::testing {
 namespace {
 
+using nlohmann::ordered_json;
 using Strings = std::vector<std::string>;
 
-// What the handler got: the object, and the attachments that it held at that moment.
-struct Delivery {
-  std::shared_ptr<const UNNotificationContent> content;
-  Strings identifiers;
-};
+const Dictionary entry{{"att-url", "http://h/a"}, {"att-id", "a"}};
+const Dictionary push{{"k2tid", 1},
+                      {"mvl-tk", Dictionary{{"url", "http:"}, {"display", "t"}}},
+                      {"mvl-atts", Array{entry}}};
 
-Strings identifiersOf(const std::vector<std::shared_ptr<const UNNotificationAttachment>>& all) {
-  Strings identifiers;
-  for (const auto& attachment : all) identifiers.push_back(attachment->identifier());
-  return identifiers;
-}
-
-// Tracking with its URL, http:/t, and an attachment of each name.
-Dictionary payloadWith(const Strings& names) {
-  std::vector<Value> entries;
-  for (const auto& name : names) {
-    entries.push_back(Dictionary{{"att-url", "http://h/" + name}, {"att-id", name}});
+// An extension, in a platform of its own, that notes what its handler is given.
+class Receiver {
+ public:
+  void receive(const std::optional<Dictionary>& payload) {
+    given_ = std::make_shared<const UNNotificationContent>(
+        UNNotificationContent::Fields{.title = "T", .userInfo = payload});
+    extension->didReceiveNotificationRequest(
+        {given_}, [this](const auto& content) { delivered_ += description(*content); });
+    EXPECT_EQ(given_->userInfo(), payload);
   }
-  const Dictionary tracking{{"url", "http:"}, {"display", "t"}};
-  return {{"k2tid", 1}, {"mvl-tk", tracking}, {"mvl-atts", Array(entries)}};
-}
 
-class ServiceExtensionTest : public ::testing::Test {
- protected:
-  ServiceExtensionTest() {
-    for (const char* name : {"a", "b", "c", "B", "9", "10"}) {
-      memory_.network().answer(std::string("http://h/") + name, {.body = pngBytes()});
+  // What was delivered since the last call.
+  std::string delivered() { return std::exchange(delivered_, ""); }
+
+ private:
+  // The content with its attachments at that moment.
+  std::string description(const UNNotificationContent& content) const {
+    if (&content == given_.get()) return "handed back";
+    EXPECT_EQ(&content, extension->internalBestAttemptContent().get());
+    EXPECT_EQ(content.title(), "T");
+    const Dictionary payload = given_->userInfo().value();
+    const bool isTracked = content.userInfo() == payload.with("mvl-disp-track-sent", true);
+    EXPECT_TRUE(isTracked || content.userInfo() == payload);
+    std::string text = isTracked ? "tracked best attempt" : "best attempt";
+    for (const auto& each : content.attachments()) {
+      text += " " + each->identifier() + "=" + each->type().value_or("none");
     }
+    return text;
   }
 
-  std::shared_ptr<const UNNotificationContent> receive(std::optional<Dictionary> payload) {
-    deliveries_.clear();
-    const auto content = std::make_shared<const UNNotificationContent>(
-        UNNotificationContent::Fields{.title = "T", .userInfo = std::move(payload)});
-    extension_->didReceiveNotificationRequest({content}, [this](auto delivered) {
-      deliveries_.push_back({delivered, identifiersOf(delivered->attachments())});
-    });
-    return content;
-  }
+  std::shared_ptr<const UNNotificationContent> given_;
+  std::string delivered_;
 
-  void finish(const Strings& names) {
-    for (const auto& name : names) memory_.network().finish("http://h/" + name);
-  }
-
-  InMemoryPlatform memory_;
-  std::shared_ptr<ExposedExtension> extension_ = std::make_shared<ExposedExtension>();
-  std::vector<Delivery> deliveries_;
+ public:
+  const std::shared_ptr<ExposedExtension> extension = std::make_shared<ExposedExtension>();
+  InMemoryPlatform memory;  // which ends the pending tasks before the rest goes
+  InMemoryURLSession& network = memory.network();
 };
 
-TEST_F(ServiceExtensionTest, AForeignPushIsHandedBackUntouched) {
-  const Dictionary foreign{{"mvl-tk", payloadWith({}).value("mvl-tk").value()}};
-  for (const auto& payload : {std::optional<Dictionary>(), std::optional(foreign)}) {
-    const auto content = receive(payload);
-    ASSERT_EQ(deliveries_.size(), 1U);
-    EXPECT_EQ(deliveries_[0].content, content);
-    EXPECT_EQ(extension_->internalBestAttemptContent(), nullptr);
-    EXPECT_EQ(extension_->mvlBestAttemptContent(), nullptr);
-    EXPECT_FALSE(extension_->internalContentHandler());
-  }
-  EXPECT_TRUE(memory_.network().made().empty());
+Answer answerOf(const ordered_json& given) {
+  Answer answer{.status = given.value("status", 200), .body = textOf(given.value("body", ""))};
+  if (given.contains("name")) answer.suggestedFilename = given["name"];
+  if (given.contains("fails")) answer.error = Error{"", -1, "lost"};
+  return answer;
 }
 
-TEST_F(ServiceExtensionTest, WithNothingToDoTheContentIsHandedBackAtOnce) {
-  const auto content = receive(Dictionary{{"k2tid", "1"}, {"mvl-atts", Array()}});
-  ASSERT_EQ(deliveries_.size(), 1U);
-  EXPECT_EQ(deliveries_[0].content, content);
-  // Expiry afterwards delivers the best attempt content, which was prepared all the same.
-  extension_->serviceExtensionTimeWillExpire();
-  ASSERT_EQ(deliveries_.size(), 2U);
-  EXPECT_EQ(deliveries_[1].content, extension_->internalBestAttemptContent());
-  EXPECT_EQ(deliveries_[1].content->title(), "T");
-  EXPECT_FALSE(deliveries_[1].content->userInfo()->contains("mvl-disp-track-sent"));
-}
-
-TEST_F(ServiceExtensionTest, TrackingAloneMarksThePayloadAndDeliversHoweverItEnds) {
-  for (const Answer& answer : {Answer{}, Answer{.status = 500}, Answer{.error = Error{}}}) {
-    memory_.network().answer("http:/t", answer);
-    const Dictionary payload = payloadWith({}).with("x", nullptr);
-    const auto content = receive(payload);
-    EXPECT_TRUE(deliveries_.empty());
-    memory_.network().finish("http:/t");
-    ASSERT_EQ(deliveries_.size(), 1U);
-    EXPECT_EQ(deliveries_[0].content, extension_->internalBestAttemptContent());
-    EXPECT_EQ(deliveries_[0].content->userInfo(), payload.with("mvl-disp-track-sent", true));
-    EXPECT_EQ(content->userInfo(), payload);
+TEST(ServiceExtensionTest, DeliversAsWritten) {
+  for (const ordered_json& each : testData("data/deliveries.json")) {
+    SCOPED_TRACE(each.dump());
+    Receiver receiver;
+    InMemoryPlatform& memory = receiver.memory;
+    InMemoryURLSession& network = receiver.network;
+    const ordered_json answers = each.value("answers", ordered_json::object());
+    for (const auto& [url, answer] : answers.items()) network.answer(url, answerOf(answer));
+    memory.files().isReadable = !each.contains("unreadable");
+    for (const ordered_json& step : each["steps"]) {
+      const std::string what = step[0];
+      if (what == "receive") receiver.receive(valueOf(each["payload"]).dictionary());
+      if (what == "expire") receiver.extension->serviceExtensionTimeWillExpire();
+      if (what == "finish all") network.finishAll();
+      if (what.starts_with("finish http")) network.finish(what.substr(7));
+      EXPECT_EQ(receiver.delivered(), step[1]) << what;
+    }
+    const bool isUntouched = each.contains("untouched");
+    EXPECT_EQ(receiver.extension->mvlBestAttemptContent() == nullptr, isUntouched);
+    EXPECT_EQ(receiver.extension->internalContentHandler() == nullptr, isUntouched);
+    ordered_json files = ordered_json::array();
+    for (const auto& [path, bytes] : memory.files().files) files.push_back(path);
+    EXPECT_EQ(each.value("started", ordered_json(network.started)), network.started);
+    EXPECT_EQ(each.value("files", files), files);
+    EXPECT_EQ(each.value("log", ordered_json(memory.log())), memory.log());
   }
 }
 
-TEST_F(ServiceExtensionTest, DeliversOnceAfterTheLastOfAllTasksInPlainIdentifierOrder) {
-  receive(payloadWith({"a", "B", "lost", "9", "10"}));
-  EXPECT_EQ(extension_->internalOperationsCount(), 6U);
-  EXPECT_EQ(memory_.network().started(), (Strings{"http:/t", "http://h/a", "http://h/B",
-                                                  "http://h/lost", "http://h/9", "http://h/10"}));
-  const auto before = extension_->mvlBestAttemptContent();
-  finish({"a", "B", "9"});
-  EXPECT_EQ(identifiersOf(extension_->mvlBestAttemptContent()->attachments()),
-            (Strings{"9", "B", "a"}));
-  EXPECT_TRUE(before->attachments().empty());  // it was a copy
-  memory_.network().finish("http:/t");
-  finish({"10"});
-  EXPECT_TRUE(deliveries_.empty());
-  finish({"lost"});  // a failure delivers as a success does
-  ASSERT_EQ(deliveries_.size(), 1U);
-  EXPECT_EQ(deliveries_[0].identifiers, (Strings{"10", "9", "B", "a"}));
+TEST(ServiceExtensionTest, TasksAreCountedBeforeTheyStart) {
+  InMemoryPlatform memory;
+  const auto made = std::make_shared<ExposedExtension>();
+  const auto tracking = made->trackingTaskForNotification(push);
+  EXPECT_EQ(memory.log(), Strings{"//--// track url: http:/t"});
+  const auto tasks = made->attachmentsTasksForNotification({{"mvl-atts", Array{entry, entry}}});
+  EXPECT_EQ(made->internalOperationsCount(), 3U);
+  EXPECT_EQ(memory.network().made, (Strings{"http:/t", "http://h/a", "http://h/a"}));
+  EXPECT_EQ(memory.network().started, Strings{});
+}
+
+TEST(ServiceExtensionTest, TheBestAttemptIsACopyOfWhatThereIs) {
+  Receiver receiver;
+  receiver.network.answer("http://h/a", {.body = pngBytes()});
+  const Array entries{entry.with("att-id", "c"), entry.with("att-id", "b"), entry};
+  receiver.receive(push.with("mvl-atts", entries));
+  const auto before = receiver.extension->mvlBestAttemptContent();
+  receiver.network.finish("http://h/a");
+  receiver.network.finish("http://h/a");
+  EXPECT_EQ(before->attachments().size(), 0U);
+  EXPECT_EQ(receiver.extension->mvlBestAttemptContent()->attachments().at(0)->identifier(), "b");
   // These stay in the order of completion.
-  EXPECT_EQ(identifiersOf(extension_->internalAttachments()), (Strings{"a", "B", "9", "10"}));
+  EXPECT_EQ(receiver.extension->internalAttachments().at(0)->identifier(), "c");
 }
 
-TEST_F(ServiceExtensionTest, ExpiryDeliversWhatThereIsAndTheRestFollows) {
-  receive(payloadWith({"b", "a", "c"}));
-  finish({"c", "b"});
-  extension_->serviceExtensionTimeWillExpire();
-  ASSERT_EQ(deliveries_.size(), 1U);
-  EXPECT_EQ(deliveries_[0].identifiers, (Strings{"b", "c"}));
-  memory_.network().finishAll();
-  ASSERT_EQ(deliveries_.size(), 2U);
-  EXPECT_EQ(deliveries_[1].identifiers, (Strings{"a", "b", "c"}));
-  extension_->serviceExtensionTimeWillExpire();  // not guarded against either
-  EXPECT_EQ(deliveries_.size(), 3U);
-}
-
-TEST_F(ServiceExtensionTest, ANewRequestStartsAfresh) {
-  for (const std::string name : {"a", "b"}) {
-    receive(payloadWith({name}));
-    memory_.network().finishAll();
-    ASSERT_EQ(deliveries_.size(), 1U);
-    EXPECT_EQ(deliveries_[0].identifiers, Strings{name});
-  }
-}
-
-TEST_F(ServiceExtensionTest, APayloadOfWrongTypesIsDelivered) {
-  const Value wrong[] = {nullptr, true, 1, 1.5, "x", Array{1, nullptr}, Dictionary{{"url", 1}}};
-  for (const Value& tracked : wrong) {
-    for (const Value& attachments : wrong) {
-      receive(Dictionary{{"k2tid", nullptr}, {"mvl-tk", tracked}, {"mvl-atts", attachments}});
-      memory_.network().finishAll();
-      EXPECT_EQ(deliveries_.size(), 1U);
-    }
-  }
+TEST(ServiceExtensionTest, ADownloadKeepsTheExtensionAliveAndTrackingDoesNot) {
+  InMemoryPlatform memory;
+  auto extension = std::make_shared<ExposedExtension>();
+  const std::weak_ptr<ExposedExtension> weak = extension;
+  extension->trackingTaskForNotification(push)->resume();
+  extension->downloadTaskForAttachment(entry)->resume();
+  extension->setInternalOperationsCount(3);  // so that nothing is delivered
+  extension.reset();
+  EXPECT_FALSE(weak.expired());
+  EXPECT_TRUE(memory.network().finish("http://h/a"));
+  EXPECT_TRUE(weak.expired());
+  EXPECT_TRUE(memory.network().finish("http:/t"));  // finds nobody, does nothing
 }
 
 // Expiry, a host's reads and completions meet; the thread sanitizer watches.
-TEST_F(ServiceExtensionTest, AllThreadsMayMeet) {
+TEST(ServiceExtensionTest, AllThreadsMayMeet) {
+  InMemoryPlatform memory;
+  memory.network().answer("http://h/a", {.body = pngBytes()});
+  const auto extension = std::make_shared<ExposedExtension>();
+  const auto content = std::make_shared<const UNNotificationContent>(UNNotificationContent::Fields{
+      .userInfo = push.with("mvl-atts", Array(std::vector<Value>(200, entry)))});
   std::atomic<int> handled{0};
-  const auto content = std::make_shared<const UNNotificationContent>(
-      UNNotificationContent::Fields{.userInfo = payloadWith(Strings(200, "a"))});
-  extension_->didReceiveNotificationRequest({content}, [&handled](auto delivered) {
+  extension->didReceiveNotificationRequest({content}, [&handled](auto delivered) {
     for (int i = 0; i < 50; ++i) EXPECT_LE(delivered->attachments().size(), 200U);
     ++handled;
   });
-  std::thread completing([this] { memory_.network().finishAll(); });
-  std::thread expiring([this] {
-    for (int i = 0; i < 20; ++i) extension_->serviceExtensionTimeWillExpire();
+  std::thread completing([&memory] { memory.network().finishAll(); });
+  std::thread expiring([&extension] {
+    for (int i = 0; i < 20; ++i) extension->serviceExtensionTimeWillExpire();
   });
-  for (int i = 0; i < 200; ++i) (void)extension_->mvlBestAttemptContent()->attachments();
+  for (int i = 0; i < 200; ++i) (void)extension->mvlBestAttemptContent()->attachments();
   completing.join();
   expiring.join();
   EXPECT_EQ(handled, 21);
-  EXPECT_EQ(extension_->internalBestAttemptContent()->attachments().size(), 200U);
+  EXPECT_EQ(extension->internalBestAttemptContent()->attachments().size(), 200U);
 }
 
 }  // namespace

@@ -5,10 +5,8 @@
 //   EXPECT_EQ(endings.wait(1).at("a"), answered(200, "body"));
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <condition_variable>
-#include <map>
 #include <mutex>
 
 #include "morvelune/platform/FileManager.h"
@@ -46,12 +44,19 @@ class Endings {
     };
   }
 
-  // Starts a data task and a download, and gives their names.
-  std::array<std::string, 2> startBoth(URLSession& session, const std::optional<URL>& url,
-                                       const std::string& name) {
+  // Starts a data task and a download, both of which should end so.
+  void startBoth(URLSession& session, const std::optional<URL>& url, const std::string& ending) {
+    std::unique_lock lock(mutex_);
+    const std::string name = std::to_string(wanted_.size());
+    wanted_["data " + name] = wanted_["file " + name] = ending;
+    lock.unlock();
     session.dataTask(url, of("data " + name))->resume();
     session.downloadTask(url, of("file " + name))->resume();
-    return {"data " + name, "file " + name};
+  }
+  // How the tasks should end that were started so.
+  EndingsByName wanted() {
+    const std::lock_guard lock(mutex_);
+    return wanted_;
   }
 
   // Those of the tasks so far, by name, once there are `count` or ten seconds have passed.
@@ -66,7 +71,7 @@ class Endings {
     return {reinterpret_cast<const char*>(data.bytes().data()), data.size()};
   }
   std::string text(const URL& location) {
-    const std::optional<Data> data = files_->contents(location);
+    const auto data = files_->contents(location);
     return data ? text(*data) : "no file";
   }
 
@@ -74,6 +79,7 @@ class Endings {
   std::mutex mutex_;
   std::condition_variable changed_;
   EndingsByName endings_;
+  EndingsByName wanted_;
 };
 
 }  // namespace morvelune::testing

@@ -14,7 +14,6 @@ class ExposedExtension : public MVLNotificationServiceExtension {
   using MVLNotificationServiceExtension::internalContentHandler;
   using MVLNotificationServiceExtension::internalOperationsCount;
   using MVLNotificationServiceExtension::knownExtensionsMap;
-  using MVLNotificationServiceExtension::saveTempFile;
   using MVLNotificationServiceExtension::setInternalOperationsCount;
   using MVLNotificationServiceExtension::trackingTaskForNotification;
   using MVLNotificationServiceExtension::UTIForData;

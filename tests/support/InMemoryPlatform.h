@@ -7,17 +7,8 @@
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
-#include <functional>
-#include <map>
-#include <memory>
 #include <mutex>
-#include <optional>
-#include <string>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "morvelune/platform/Platform.h"
 
@@ -31,61 +22,45 @@ struct Answer {
   std::optional<Error> error = {};
 };
 
-// Files that exist only in memory, by path. Folders are not modelled: those that hold a file exist.
+// Files that exist only in memory, by path, for one thread at a time. Folders are not modelled:
+// those that hold a file exist.
 class InMemoryFileManager : public FileManager {
  public:
   std::optional<Data> contents(const URL& file) const override {
-    const std::lock_guard lock(mutex_);
-    const auto found = files_.find(file.path());
-    if (!file.isFileURL() || found == files_.end()) return std::nullopt;
+    const auto found = files.find(file.path());
+    if (!file.isFileURL() || found == files.end() || !isReadable) return std::nullopt;
     return Data::copyOf(found->second);
   }
 
   std::optional<Error> moveItem(const URL& from, const URL& to) override {
-    const auto folder = [](const std::string& path) { return path.substr(0, path.rfind('/')); };
     const auto error = [](int code, const char* text) {
       return Error{NSCocoaErrorDomain, code, text};
     };
-    const std::lock_guard lock(mutex_);
     const std::string path = to.path();
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
     if (!from.isFileURL() || !to.isFileURL() || path.find('\0') != std::string::npos) {
       return error(NSFileWriteInvalidFileNameError, "invalid name");
     }
-    if (!files_.contains(from.path()) ||
-        std::none_of(files_.begin(), files_.end(),
-                     [&](auto& file) { return folder(file.first) == folder(path); })) {
+    const auto inFolder = files.lower_bound(folder);
+    if (!files.contains(from.path()) || inFolder == files.end() ||
+        !inFolder->first.starts_with(folder)) {
       return error(NSFileNoSuchFileError, "no such file");
     }
-    if (files_.contains(path)) return error(NSFileWriteFileExistsError, "file exists");
-    auto node = files_.extract(from.path());
+    if (files.contains(path)) return error(NSFileWriteFileExistsError, "file exists");
+    auto node = files.extract(from.path());
     node.key() = path;
-    files_.insert(std::move(node));
+    files.insert(std::move(node));
     return std::nullopt;
   }
 
   std::string globallyUniqueString() override {
-    const std::lock_guard lock(mutex_);
     return "UNIQUE" + std::to_string(++uniqueStrings_);
   }
 
-  void write(const std::string& path, std::string bytes) {
-    const std::lock_guard lock(mutex_);
-    files_[path] = std::move(bytes);
-  }
-  void remove(const std::string& path) {
-    const std::lock_guard lock(mutex_);
-    files_.erase(path);
-  }
-  std::vector<std::string> paths() const {
-    const std::lock_guard lock(mutex_);
-    std::vector<std::string> paths;
-    for (const auto& [path, bytes] : files_) paths.push_back(path);
-    return paths;
-  }
+  std::map<std::string, std::string> files;  // contents by path
+  bool isReadable = true;
 
  private:
-  mutable std::mutex mutex_;
-  std::map<std::string, std::string> files_;
   int uniqueStrings_ = 0;
 };
 
@@ -111,7 +86,7 @@ class InMemoryNotificationAttachments : public NotificationAttachments {
   const std::shared_ptr<FileManager> files_;
 };
 
-// A session whose requests finish when the test says so, on the test's thread.
+// A session whose requests finish when the test says so, on the test's thread, one at a time.
 class InMemoryURLSession : public URLSession,
                            public std::enable_shared_from_this<InMemoryURLSession> {
  public:
@@ -133,9 +108,9 @@ class InMemoryURLSession : public URLSession,
     return task(url, [this, completion = std::move(completion)](const Answer& answer) {
       if (answer.error) return completion({}, {}, answer.error);
       const std::string path = "/tmp/download" + std::to_string(++downloads_) + ".tmp";
-      files_->write(path, answer.body);
+      files_->files[path] = answer.body;
       completion(URL::fileURL(path), URLResponse{answer.status, answer.suggestedFilename}, {});
-      files_->remove(path);
+      files_->files.erase(path);
     });
   }
 
@@ -145,28 +120,26 @@ class InMemoryURLSession : public URLSession,
   }
 
   // What requests for `url` are answered; one that nothing was said about cannot connect.
-  void answer(const std::string& url, Answer answer) {
-    const std::lock_guard lock(mutex_);
-    answers_[url] = std::move(answer);
-  }
-  // The URLs of all tasks made and of all tasks started, in order; "" for a missing URL.
-  std::vector<std::string> made() const {
-    const std::lock_guard lock(mutex_);
-    return made_;
-  }
-  std::vector<std::string> started() const {
-    const std::lock_guard lock(mutex_);
-    return started_;
-  }
+  void answer(const std::string& url, Answer answer) { answers_[url] = std::move(answer); }
+
   // Finishes the oldest pending request for `url`; false when there is none.
   bool finish(const std::string& url) {
-    return finishFirst([&url](const auto& pending) { return pending.url == url; });
+    const auto isWanted = [&url](const Request& request) { return request.url == url; };
+    const auto found = std::find_if(pending_.begin(), pending_.end(), isWanted);
+    if (found == pending_.end()) return false;
+    const Request next = std::move(*found);
+    pending_.erase(found);
+    next.complete(answerTo(url));
+    return true;
   }
   // Finishes all pending requests in the order in which they were started.
   void finishAll() {
-    while (finishFirst([](const auto&) { return true; })) {
-    }
+    while (!pending_.empty()) finish(std::string(pending_.front().url));
   }
+
+  // The URLs of all tasks made and of all tasks started, in order; "" for a missing URL.
+  std::vector<std::string> made;
+  std::vector<std::string> started;
 
  private:
   struct Request {
@@ -174,31 +147,24 @@ class InMemoryURLSession : public URLSession,
     std::function<void(const Answer&)> complete;
   };
 
-  class Task : public URLSessionTask {
-   public:
-    Task(std::shared_ptr<InMemoryURLSession> session, Request request)
-        : session_(std::move(session)), request_(std::move(request)) {}
+  struct Task : URLSessionTask {
+    Task(std::shared_ptr<InMemoryURLSession> from, Request what)
+        : session(std::move(from)), request(std::move(what)) {}
     void resume() override {
-      const std::lock_guard lock(session_->mutex_);
-      if (std::exchange(resumed_, true)) return;
-      session_->started_.push_back(request_.url);
-      session_->pending_.push_back(std::move(request_));
+      if (!request.complete) return;
+      session->started.push_back(request.url);
+      session->pending_.push_back(std::exchange(request, {}));
     }
-
-   private:
-    const std::shared_ptr<InMemoryURLSession> session_;
-    Request request_;
-    bool resumed_ = false;
+    std::shared_ptr<InMemoryURLSession> session;
+    Request request;  // empty once it was started
   };
 
   std::shared_ptr<URLSessionTask> task(const std::optional<URL>& url,
                                        std::function<void(const Answer&)> complete) {
-    const std::lock_guard lock(mutex_);
-    made_.push_back(url ? url->absoluteString() : "");
-    return std::make_shared<Task>(shared_from_this(), Request{made_.back(), std::move(complete)});
+    made.push_back(url ? url->absoluteString() : "");
+    return std::make_shared<Task>(shared_from_this(), Request{made.back(), std::move(complete)});
   }
 
-  // With the lock held.
   Answer answerTo(const std::string& url) const {
     const auto failure = [](int code, const char* description) {
       return Answer{.error = Error{NSURLErrorDomain, code, description}};
@@ -209,43 +175,19 @@ class InMemoryURLSession : public URLSession,
     return failure(NSURLErrorCannotConnectToHost, "cannot connect");
   }
 
-  // Completes outside the lock, so that a completion may call the session.
-  bool finishFirst(const std::function<bool(const Request&)>& wanted) {
-    std::unique_lock lock(mutex_);
-    const auto found = std::find_if(pending_.begin(), pending_.end(), wanted);
-    if (found == pending_.end()) return false;
-    const Request next = std::move(*found);
-    pending_.erase(found);
-    const Answer answer = answerTo(next.url);
-    lock.unlock();
-    next.complete(answer);
-    return true;
-  }
-
   const std::shared_ptr<InMemoryFileManager> files_;
-  mutable std::mutex mutex_;
   std::map<std::string, Answer> answers_;
-  std::vector<std::string> made_, started_;
   std::deque<Request> pending_;
-  std::atomic<bool> invalidated_ = false;
-  std::atomic<int> downloads_ = 0;
+  bool invalidated_ = false;
+  int downloads_ = 0;
 };
 
-// Keeps the lines.
+// Keeps the lines, for one thread at a time.
 class InMemorySystemLog : public SystemLog {
  public:
-  void writeLine(const std::string& line) override {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(line);
-  }
-  std::vector<std::string> lines() const {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
+  void writeLine(const std::string& line) override { lines.push_back(line); }
 
- private:
-  mutable std::mutex mutex_;
-  std::vector<std::string> lines_;
+  std::vector<std::string> lines;
 };
 
 // A device, screen and locale made of plain fields.
@@ -309,9 +251,7 @@ class InMemoryPlatform {
   InMemoryFileManager& files() { return *files_; }
   InMemoryDevice& device() { return *device_; }
   InMemoryLocale& locale() { return *locale_; }
-  std::vector<std::string> log() const { return log_->lines(); }
-  // To replace a service by one that fails, before any is used.
-  Platform& services() { return *services_; }
+  std::vector<std::string> log() const { return log_->lines; }
 
  private:
   std::shared_ptr<InMemoryFileManager> files_ = std::make_shared<InMemoryFileManager>();

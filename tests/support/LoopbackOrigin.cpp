@@ -5,8 +5,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <array>
-#include <regex>
+#include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 namespace morvelune::testing {
@@ -31,43 +31,29 @@ int portOf(int descriptor) {
   return ntohs(address.sin_port);
 }
 
-bool sendAll(int connection, const std::string& bytes) {
-  const ssize_t sent = send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-  return sent == static_cast<ssize_t>(bytes.size());
-}
-
 // Whether either side ends the connection within that time; -1 waits until one does.
 bool endsWithin(int connection, int milliseconds) {
   pollfd end{connection, POLLRDHUP, 0};
   return poll(&end, 1, milliseconds) != 0;
 }
 
-// Takes the next request off `buffer`; nothing once the connection has ended, or when what comes
-// is no HTTP, such as the start of TLS.
-std::optional<ReceivedRequest> receive(int connection, std::string& buffer) {
-  std::size_t end = 0;
-  while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
-    std::array<char, 4096> bytes{};
-    const ssize_t count = recv(connection, bytes.data(), bytes.size(), 0);
+// The request; nothing when the connection ends before it has come, or when what comes is no HTTP,
+// such as the start of TLS.
+std::optional<ReceivedRequest> receive(int connection) {
+  std::string head;
+  while (head.find("\r\n\r\n") == std::string::npos) {
+    char bytes[4096];
+    const ssize_t count = recv(connection, bytes, sizeof bytes, 0);
     if (count <= 0) return std::nullopt;
-    buffer.append(bytes.data(), static_cast<std::size_t>(count));
-    if (buffer[0] < 'A' || buffer[0] > 'Z') return std::nullopt;
+    head.append(bytes, static_cast<std::size_t>(count));
+    if (head[0] < 'A' || head[0] > 'Z') return std::nullopt;
   }
-  const std::string head = buffer.substr(0, end + 2);
-  buffer.erase(0, end + 4);
-  const std::size_t blank = head.find(' ');
-  return ReceivedRequest{.method = head.substr(0, blank),
-                         .target = head.substr(blank + 1, head.find(' ', blank + 1) - blank - 1),
-                         .head = head};
+  ReceivedRequest request{.head = head};
+  std::istringstream(head) >> request.method >> request.target;
+  return request;
 }
 
 }  // namespace
-
-std::optional<std::string> ReceivedRequest::header(const std::string& name) const {
-  std::smatch found;
-  const std::regex line("\n" + name + ": *([^\r]*)", std::regex::icase);
-  return std::regex_search(head, found, line) ? std::optional(found.str(1)) : std::nullopt;
-}
 
 LoopbackOrigin::LoopbackOrigin() : listener_(boundSocket()) {
   listen(listener_, SOMAXCONN);
@@ -105,10 +91,8 @@ std::vector<ReceivedRequest> LoopbackOrigin::requests() const {
 }
 
 int LoopbackOrigin::closedPort() {
-  const int descriptor = boundSocket();
-  const int port = portOf(descriptor);
-  close(descriptor);
-  return port;
+  static const int held = boundSocket();  // so that no other process is given the port
+  return portOf(held);
 }
 
 void LoopbackOrigin::acceptConnections() {
@@ -120,40 +104,36 @@ void LoopbackOrigin::acceptConnections() {
 }
 
 void LoopbackOrigin::serveConnection(int connection) {
-  std::string buffer;
-  for (bool open = true; open;) {
-    const std::optional<ReceivedRequest> request = receive(connection, buffer);
-    open = request && answer(connection, *request);
-  }
+  if (const auto request = receive(connection)) answer(connection, replyTo(*request));
   const std::lock_guard lock(mutex_);
   connections_.erase(connection);
   close(connection);
 }
 
-// Whether the connection stays open.
-bool LoopbackOrigin::answer(int connection, const ReceivedRequest& request) {
+void LoopbackOrigin::answer(int connection, Reply reply) {
   using Fate = Reply::Fate;
-  Reply reply = replyTo(request);
   const int delay = static_cast<int>(reply.delay.count());
-  if (endsWithin(connection, reply.fate == Fate::silent ? -1 : delay)) return false;
+  if (endsWithin(connection, reply.fate == Fate::silent ? -1 : delay)) return;
   if (reply.fate == Fate::reset) {
     const linger abortively{1, 0};
     setsockopt(connection, SOL_SOCKET, SO_LINGER, &abortively, sizeof abortively);
-    return false;
+    return;
   }
-  if (reply.fate == Fate::headless) return sendAll(connection, reply.body) && false;
   if (reply.bodySize > 0) reply.body.resize(reply.bodySize);
   std::string head = "HTTP/1.1 " + std::to_string(reply.status) + " Scripted\r\n";
-  bool closes = false;
-  for (const auto& [name, value] : reply.headers) {
-    head.append(name).append(": ").append(value).append("\r\n");
-    closes = closes || (name == "Connection" && value == "close");
+  const std::pair<std::string, std::string> closes{"Connection", "close"};
+  if (std::count(reply.headers.begin(), reply.headers.end(), closes) == 0) {
+    reply.headers.emplace_back("Content-Length", std::to_string(reply.body.size()));
+    reply.headers.push_back(closes);
   }
-  if (!closes) head += "Content-Length: " + std::to_string(reply.body.size()) + "\r\n";
-  if (reply.fate != Fate::whole) reply.body.resize(reply.body.size() / 2);
-  if (!sendAll(connection, head + "\r\n" + reply.body)) return false;
+  for (const auto& [name, value] : reply.headers) head += name + ": " + value + "\r\n";
+  if (reply.fate == Fate::headless) head.clear();
+  if (reply.fate == Fate::cutShort || reply.fate == Fate::stall) {
+    reply.body.resize(reply.body.size() / 2);
+  }
+  const std::string all = head.empty() ? reply.body : head + "\r\n" + reply.body;
+  send(connection, all.data(), all.size(), MSG_NOSIGNAL);
   if (reply.fate == Fate::stall) endsWithin(connection, -1);
-  return !closes && reply.fate == Fate::whole;
 }
 
 Reply LoopbackOrigin::replyTo(const ReceivedRequest& request) {

@@ -1,5 +1,5 @@
-// A real HTTP origin on the loopback interface, one thread per connection, on a port that the
-// system chooses, whose answers are bytes and blows that the test says.
+// A real HTTP origin on the loopback interface, one connection and thread a request, on a port that
+// the system chooses, whose answers are bytes and blows that the test says.
 //
 //   LoopbackOrigin origin;
 //   origin.serve("/a.png", {.body = pngBytes()});
@@ -38,11 +38,9 @@ struct Reply {
 };
 
 struct ReceivedRequest {
-  std::string method;
-  std::string target;  // path and query
+  std::string method = {};
+  std::string target = {};  // path and query
   std::string head;
-  // The first value of a header, named in lower case; empty when it was not sent.
-  [[nodiscard]] std::optional<std::string> header(const std::string& name) const;
 };
 
 class LoopbackOrigin {
@@ -64,7 +62,7 @@ class LoopbackOrigin {
  private:
   void acceptConnections();
   void serveConnection(int connection);
-  bool answer(int connection, const ReceivedRequest& request);
+  static void answer(int connection, Reply reply);
   Reply replyTo(const ReceivedRequest& request);
 
   mutable std::mutex mutex_;  // of all but the listener and its thread

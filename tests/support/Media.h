@@ -20,9 +20,5 @@ inline std::string mp4Bytes() {
       "ftypmp42\0\0\0\0",
       16};
 }
-// What no signature matches.
-inline std::string unknownBytes() {
-  return "0123456789abcdef";
-}
 
 }  // namespace morvelune::testing

@@ -9,20 +9,13 @@
 
 #include <fstream>
 #include <sstream>
-#include <string_view>
+#include <system_error>
 
 namespace morvelune::testing {
 namespace {
 
 using Names = std::vector<std::string>;
 using Clock = std::chrono::steady_clock;
-
-std::vector<char*> pointers(Names& texts) {
-  std::vector<char*> pointers;
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
 
 }  // namespace
 
@@ -35,22 +28,22 @@ std::string contentsOf(const std::string& path) {
 pid_t Program::start(Names arguments, const std::string& input) {
   started_ = Clock::now();
   const std::string in = streams_.write("in", input);
-  arguments.insert(arguments.begin(), MORVELUNE_PATH);
-  Names variables{"TMPDIR=" + temporary_.path()};
-  for (char** each = environ; *each != nullptr; ++each) {
-    if (!std::string_view(*each).starts_with("TMPDIR=")) variables.emplace_back(*each);
-  }
+  // Whoever runs the tests may ignore signals, which the program would inherit.
+  const Names program{"env", "--default-signal", "TMPDIR=" + temporary_.path(), MORVELUNE_PATH};
+  arguments.insert(arguments.begin(), program.begin(), program.end());
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 0, in.c_str(), O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, isFull_ ? "/dev/full" : out_.c_str(),
-                                   O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, 1, out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addopen(&actions, 2, err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   pid_t pid = -1;
-  EXPECT_EQ(posix_spawn(&pid, MORVELUNE_PATH, &actions, nullptr, pointers(arguments).data(),
-                        pointers(variables).data()),
-            0);
+  const int error = posix_spawnp(&pid, "env", &actions, nullptr, pointers.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
+  // Never a pid that is none: a signal to -1 would reach every process of the user.
+  if (error != 0) throw std::system_error(error, std::generic_category(), "env");
   return pid;
 }
 

@@ -8,8 +8,6 @@
 
 #include <chrono>
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
 
 #include "support/TemporaryDirectory.h"
 
@@ -35,9 +33,6 @@ class Program {
   [[nodiscard]] Ended wait(pid_t pid);
   [[nodiscard]] Ended run(std::vector<std::string> arguments, const std::string& input = "");
 
-  // From now on nothing can be written to standard output.
-  void fillStandardOutput() { isFull_ = true; }
-
   // The names in its folder for temporary files.
   [[nodiscard]] std::vector<std::string> temporaryNames() const { return temporary_.names(); }
   [[nodiscard]] const std::string& temporaryPath() const { return temporary_.path(); }
@@ -45,7 +40,6 @@ class Program {
  private:
   TemporaryDirectory streams_;
   TemporaryDirectory temporary_;
-  bool isFull_ = false;
   std::string out_ = streams_.path() + "/out";
   std::string err_ = streams_.path() + "/err";
   std::chrono::steady_clock::time_point started_;

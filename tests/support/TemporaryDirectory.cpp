@@ -3,10 +3,9 @@
 #include <stdlib.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <system_error>
+#include <stdexcept>
 
 namespace morvelune::testing {
 
@@ -14,9 +13,7 @@ namespace fs = std::filesystem;
 
 TemporaryDirectory::TemporaryDirectory()
     : path_((fs::temp_directory_path() / "morvelune-test-XXXXXX").string()) {
-  if (::mkdtemp(path_.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), path_);
-  }
+  if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error(path_);
 }
 
 TemporaryDirectory::~TemporaryDirectory() {

@@ -1,0 +1,239 @@
+// The tool as a program: the runs that data/tool.json describes, and those that no table can.
+//
+// A case tells the arguments and what comes on standard input, then the exit status, the output
+// and how soon. "@files" in a text is a folder with the case's files, "@origin" the server that
+// serves what "serve" says, "@temporary" the tool's folder for temporary files. In a report, at the
+// places that JSON pointers name, "text*" is any text that begins so, "#" any number and
+// "..." anything.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+#include "support/Media.h"
+#include "support/Program.h"
+#include "support/TemporaryDirectory.h"
+#include "support/TestData.h"
+
+namespace morvelune::testing {
+namespace {
+
+using nlohmann::ordered_json;
+using Pointer = ordered_json::json_pointer;
+
+// Sanitizers keep memory of their own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
+// Cases with what is common to all of them.
+struct Group {
+  std::string name;
+  ordered_json common;
+  ordered_json cases;
+  friend void PrintTo(const Group& group, std::ostream* out) { *out << group.name; }
+};
+
+std::vector<Group> groups() {
+  std::vector<Group> all;
+  for (const ordered_json& each : testData("data/tool.json")) {
+    all.push_back({each["name"], each.value("common", ordered_json::object()), each["cases"]});
+  }
+  return all;
+}
+
+// `actual` with the patterns of `expected` in the places that they match.
+ordered_json masked(ordered_json actual, const ordered_json& expected) {
+  if (expected == "..." || (expected == "#" && actual.is_number())) return expected;
+  if (expected.is_string() && actual.is_string()) {
+    const std::string pattern = expected;
+    const bool matches = pattern.ends_with('*') && actual.get<std::string>().starts_with(
+                                                       pattern.substr(0, pattern.size() - 1));
+    return matches ? expected : actual;
+  }
+  if (actual.type() != expected.type()) return actual;
+  for (std::size_t i = 0; actual.is_array() && i < std::min(actual.size(), expected.size()); ++i) {
+    actual[i] = masked(actual[i], expected[i]);
+  }
+  if (!actual.is_object()) return actual;
+  for (const auto& [key, value] : expected.items()) {
+    if (actual.contains(key)) actual[key] = masked(actual[key], value);
+  }
+  return actual;
+}
+
+class ToolTest : public ::testing::Test {
+ protected:
+  // A push of this system with one attachment, "a".
+  std::string push(const std::string& path) const {
+    const ordered_json attachment{{"att-id", "a"}, {"att-url", origin_.url(path)}};
+    return ordered_json{{"k2tid", 1}, {"mvl-atts", {attachment}}}.dump();
+  }
+
+  TemporaryDirectory files_;
+  LoopbackOrigin origin_;
+  Program program_;
+};
+
+class ToolRuns : public ToolTest, public ::testing::WithParamInterface<Group> {
+ protected:
+  // A case with the group's part, and the names of this run filled in.
+  ordered_json whole(const ordered_json& given) const {
+    ordered_json all = {{"input", ""},       {"status", 0},       {"within", 60},
+                        {"files", nullptr},  {"serve", nullptr},  {"kept", nullptr},
+                        {"outHas", nullptr}, {"errHas", nullptr}, {"sizes", nullptr}};
+    all.update(GetParam().common);
+    for (const auto& [key, value] : given.items()) {
+      if (key == "input" && value.is_object() && all[key].is_object()) {
+        all[key].merge_patch(value);
+      } else {
+        all[key] = value;
+      }
+    }
+    std::string text = all.dump();
+    const std::pair<std::string, std::string> names[] = {
+        {"@files", files_.path()},
+        {"@temporary", program_.temporaryPath()},
+        {"@origin", origin_.url("")},
+        {"@host", "127.0.0.1:" + std::to_string(origin_.port())},
+        {"@closed", std::to_string(LoopbackOrigin::closedPort())}};
+    for (const auto& [name, value] : names) {
+      for (std::size_t at = 0; (at = text.find(name, at)) != std::string::npos;) {
+        text.replace(at, name.size(), value);
+      }
+    }
+    return ordered_json::parse(text);
+  }
+
+  Ended run(const ordered_json& given) {
+    for (const auto& [name, text] : given["files"].items()) files_.write(name, textOf(text));
+    for (const auto& [path, reply] : given["serve"].items()) origin_.serve(path, replyOf(reply));
+    return program_.run(given["arguments"], textOf(given["input"]));
+  }
+
+  static void checkStreams(const ordered_json& wanted, const Ended& ended) {
+    EXPECT_EQ(ended.status, wanted["status"]);
+    EXPECT_LT(ended.seconds, wanted["within"].get<double>());
+    EXPECT_EQ(ended.out.find('\x1B'), std::string::npos);
+    EXPECT_EQ(ended.out.find("%@"), std::string::npos) << "an unfilled message";
+    EXPECT_EQ(ended.out, wanted.value("out", ended.out));
+    for (const std::string part : wanted["outHas"]) {
+      EXPECT_NE(ended.out.find(part), std::string::npos) << part;
+    }
+    for (const std::string part : wanted["errHas"]) {
+      EXPECT_NE(ended.err.find(part), std::string::npos) << part;
+    }
+    EXPECT_TRUE(wanted["errHas"] != ordered_json::array() || ended.err.empty()) << ended.err;
+    if (wanted.contains("refused")) {
+      EXPECT_EQ(ended.out, "");
+      EXPECT_TRUE(ended.err.starts_with("morvelune: " + wanted["refused"].get<std::string>()));
+      EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1);
+    }
+  }
+
+  // One report, or those of all lines.
+  static ordered_json reportOf(const ordered_json& arguments, const Ended& ended) {
+    if (std::count(arguments.begin(), arguments.end(), "--jsonl") == 0) return ended.report();
+    ordered_json all = ordered_json::array();
+    std::istringstream rest(ended.out);
+    for (std::string line; std::getline(rest, line);) all.push_back(ordered_json::parse(line));
+    return all;
+  }
+
+  static void checkReport(const ordered_json& wanted, const ordered_json& report) {
+    for (const auto& [place, expected] : wanted["report"].items()) {
+      // Compared as text, because the order of the keys counts.
+      const ordered_json found = masked(report.at(Pointer(place)), expected);
+      EXPECT_EQ(found.dump(), expected.dump()) << place;
+    }
+    for (const auto& [place, size] : wanted["sizes"].items()) {
+      EXPECT_EQ(report.at(Pointer(place)).size(), size) << place;
+    }
+    if (!wanted.contains("findings")) return;
+    ordered_json findings = ordered_json::array();
+    for (const ordered_json& each : report["findings"]) {
+      findings.push_back(each["code"].get<std::string>() + ' ' + each["path"].get<std::string>());
+    }
+    EXPECT_EQ(findings, wanted["findings"]);
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, ToolRuns, ::testing::ValuesIn(groups()),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_P(ToolRuns, EndAsWritten) {
+  ASSERT_EQ(mkfifo((files_.path() + "/pipe.png").c_str(), 0600), 0);
+  for (const ordered_json& each : GetParam().cases) {
+    const ordered_json wanted = whole(each);
+    SCOPED_TRACE(wanted.dump().substr(0, 1000));
+    const Ended ended = run(wanted);
+    checkStreams(wanted, ended);
+    if (wanted.contains("report")) checkReport(wanted, reportOf(wanted["arguments"], ended));
+    for (const auto& [path, text] : wanted["kept"].items()) {
+      EXPECT_EQ(contentsOf(path), textOf(text)) << path;
+    }
+  }
+}
+
+TEST_F(ToolTest, KeepsAttachmentsAcrossFileSystems) {
+  std::string folder = "/dev/shm/morvelune-test-XXXXXX";
+  if (mkdtemp(folder.data()) == nullptr) GTEST_SKIP() << "no second file system";
+  origin_.serve("/png", {.body = pngBytes()});
+  EXPECT_EQ(program_.run({"deliver", "--keep", folder, "-"}, push("/png")).status, 0);
+  EXPECT_EQ(contentsOf(folder + "/1-a.png"), pngBytes());
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(ToolTest, CleansUpWhenASignalEndsIt) {
+  origin_.serve("/a", {.body = pngBytes(), .bodySize = 1 << 16, .fate = Reply::Fate::stall});
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const pid_t pid = program_.start({"deliver", "-"}, push("/a"));
+    // The run's folder, and in it the file that is being written.
+    for (int i = 0; i < 1000 && program_.temporaryNames().size() < 2; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(program_.temporaryNames().size(), 2U);
+    kill(pid, signal);
+    const Ended ended = program_.wait(pid);
+    EXPECT_EQ(ended.status, -signal);
+    EXPECT_LT(ended.seconds, 5);
+    EXPECT_EQ(ended.out, "");
+  }
+}
+
+TEST_F(ToolTest, DeliversTheLargestMovieInLittleMemory) {
+  origin_.serve("/movie", {.body = mp4Bytes(), .bodySize = 50 << 20});
+  const Ended ended = program_.run({"deliver", "-"}, push("/movie"));
+  EXPECT_NE(ended.out.find("52428800 bytes"), std::string::npos) << ended.out;
+  constexpr long bound = 24 * 1024;
+  // A program starts with its maker's peak on its account, which is low when CTest runs this alone.
+  rusage own{};
+  getrusage(RUSAGE_SELF, &own);
+  if (!sanitized && own.ru_maxrss < bound) {
+    EXPECT_LT(ended.peakKilobytes, bound);
+  }
+}
+
+// The answer comes while the program still waits for more.
+TEST_F(ToolTest, AnswersALineBeforeTheNextOneComesElseFails) {
+  const std::string command =
+      "{ echo '{}'; for i in $(seq 500); do [ -s " + files_.path() +
+      "/out ] && break; sleep 0.02; done; wc -l <" + files_.path() + "/out >" + files_.path() +
+      "/seen; } | " MORVELUNE_PATH " inspect --jsonl >" + files_.path() + "/out";
+  EXPECT_NE(std::system(command.c_str()), -1);
+  EXPECT_EQ(contentsOf(files_.path() + "/seen"), "1\n");
+  const int status = std::system("echo '{}' | " MORVELUNE_PATH " inspect --jsonl >/dev/full");
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+}
+
+}  // namespace
+}  // namespace morvelune::testing

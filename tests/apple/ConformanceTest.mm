@@ -1,0 +1,203 @@
+// The Objective-C face against the table of what every face must answer.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "Departures.h"
+#include "Standins.h"
+#include "support/Conformance.h"
+#include "support/InMemoryPlatform.h"
+
+#import <MorveluneExtension/MVLNotificationServiceExtensionSubclass.h>
+#import <MorveluneExtension/MorveluneExtension.h>
+
+namespace {
+
+using namespace morvelune::testing;
+
+using nlohmann::json;
+
+NSString* native(const std::string& text) {
+  return [[[NSString alloc] initWithBytes:text.data()
+                                   length:text.size()
+                                 encoding:NSUTF8StringEncoding] autorelease];
+}
+
+id object(const json& given);
+
+NSDictionary* dictionary(const json& given) {
+  NSMutableDictionary* all = [NSMutableDictionary dictionary];
+  for (const auto& [key, each] : given.items()) [all setObject:object(each) forKey:native(key)];
+  return all;
+}
+
+// A part of an argument.
+id object(const json& given) {
+  if (given.is_null()) return [NSNull null];
+  if (given.is_boolean()) return [NSNumber numberWithBool:given.get<bool>()];
+  if (given.is_number_unsigned()) return [NSNumber numberWithUnsignedLongLong:given];
+  if (given.is_number_integer()) return [NSNumber numberWithLongLong:given];
+  if (given.is_number()) return [NSNumber numberWithDouble:given];
+  if (given.is_string()) return native(given);
+  if (given.contains("$data")) {
+    const std::string bytes = bytesOfData(given);
+    return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+  }
+  if (given.is_object()) return dictionary(given);
+  NSMutableArray* all = [NSMutableArray array];
+  for (const json& each : given) [all addObject:object(each)];
+  return all;
+}
+
+UNNotificationRequest* request(const json& given) {
+  UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
+  if (given.contains("title")) content.title = native(given["title"]);
+  if (given.contains("subtitle")) content.subtitle = native(given["subtitle"]);
+  if (given.contains("body")) content.body = native(given["body"]);
+  if (given.contains("userInfo")) content.userInfo = object(given["userInfo"]);
+  return [UNNotificationRequest requestWithIdentifier:@"r" content:content trigger:nil];
+}
+
+UNNotification* notification(const json& given) {
+  return [[[UNNotification alloc] initWithRequest:request(given) date:[NSDate date]] autorelease];
+}
+
+id argument(const json& given) {
+  if (given.is_null()) return nil;
+  if (given.contains("$request")) return request(given["$request"]);
+  if (given.contains("$notification")) return notification(given["$notification"]);
+  if (!given.contains("$response")) return object(given);
+  const json& response = given["$response"];
+  return [[[UNNotificationResponse alloc] initWithNotification:notification(response)
+                                              actionIdentifier:native(response["actionIdentifier"])]
+      autorelease];
+}
+
+json jsonOf(id result) {
+  if (result == nil || result == [NSNull null]) return nullptr;
+  if ([result isKindOfClass:[NSURL class]]) result = [result absoluteString];
+  if ([result isKindOfClass:[NSString class]]) return std::string([result UTF8String]);
+  if ([result isKindOfClass:[NSData class]]) {
+    return dataOfBytes({static_cast<const std::byte*>([result bytes]), [result length]});
+  }
+  if ([result isKindOfClass:[NSNumber class]]) {
+    const std::string type = [result objCType];
+    if (type == "c" || type == "C" || type == "B") return static_cast<bool>([result boolValue]);
+    return type == "d" || type == "f" ? json([result doubleValue]) : json([result longLongValue]);
+  }
+  if ([result isKindOfClass:[NSArray class]]) {
+    json all = json::array();
+    for (id each in result) all.push_back(jsonOf(each));
+    return all;
+  }
+  json all = json::object();
+  for (NSString* key in result) all[[key UTF8String]] = jsonOf([result objectForKey:key]);
+  return all;
+}
+
+// Whatever answers to the selector: an object that the case names, a class or an extension.
+id targetOf(SEL selector, const json& receiver) {
+  if (receiver.is_string()) return native(receiver);
+  for (Class each in @[
+         [MVLPushHelpers class], [MVLURLHelpers class], [MVLCommonHelpers class],
+         [MVLNotificationContentExtension class]
+       ]) {
+    if ([each respondsToSelector:selector]) return each;
+  }
+  return [[[MVLNotificationServiceExtension alloc] init] autorelease];
+}
+
+void setArgument(NSInvocation* call, NSInteger index, id value) {
+  if ([[call methodSignature] getArgumentTypeAtIndex:index][0] == '@') {
+    [call setArgument:&value atIndex:index];
+  } else {
+    BOOL flag = [value boolValue];
+    [call setArgument:&flag atIndex:index];
+  }
+}
+
+// What a call returned; `returned` is the object, when it was one.
+json resultOf(NSInvocation* call, id& returned) {
+  switch ([[call methodSignature] methodReturnType][0]) {
+    case '@':
+      [call getReturnValue:&returned];
+      return jsonOf(returned);
+    case '{': {
+      ::NSRange range{};
+      [call getReturnValue:&range];
+      if (range.location == static_cast<NSUInteger>(::NSNotFound)) {
+        return {{"location", "NSNotFound"}};
+      }
+      return {{"location", range.location}, {"length", range.length}};
+    }
+    default: {
+      BOOL flag = NO;
+      [call getReturnValue:&flag];
+      return static_cast<bool>(flag);
+    }
+  }
+}
+
+json invoke(const ConformanceCase& each, const std::vector<id>& arguments, id& returned) {
+  if (each.operation == "UNNotificationToDictionary") {
+    return jsonOf(::UNNotificationToDictionary(arguments.at(0)));
+  }
+  if (each.operation == "FSign") {
+    return jsonOf(::FSign([arguments.at(0) bytes], [arguments.at(1) unsignedIntegerValue],
+                          [arguments.at(2) unsignedIntegerValue]));
+  }
+  const SEL selector = NSSelectorFromString(native(each.operation));
+  const id target = targetOf(selector, each.receiver);
+  NSMethodSignature* signature = [target methodSignatureForSelector:selector];
+  if (signature == nil) return "no such method";
+  NSInvocation* call = [NSInvocation invocationWithMethodSignature:signature];
+  [call setTarget:target];
+  [call setSelector:selector];
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    setArgument(call, static_cast<NSInteger>(i) + 2, arguments[i]);
+  }
+  [call invoke];
+  return resultOf(call, returned);
+}
+
+id objectAt(const ConformancePath& path, const std::vector<id>& arguments) {
+  id found = arguments.at(path.argument);
+  for (const std::string& step : path.steps) {
+    if ([found isKindOfClass:[UNNotificationResponse class]]) found = [found notification];
+    if ([found isKindOfClass:[UNNotification class]]) found = [found request];
+    if ([found isKindOfClass:[UNNotificationRequest class]]) {
+      found = [[found content] userInfo];
+    } else if ([found isKindOfClass:[NSArray class]]) {
+      found = [found objectAtIndex:std::stoul(step)];
+    } else {
+      found = [found objectForKey:native(step)];
+    }
+  }
+  return found;
+}
+
+TEST(AppleConformanceTest, EveryCaseOfTheTable) {
+  for (const ConformanceCase& each : conformanceCases()) {
+    if (departures().contains(each.rule)) continue;  // the test below names them
+    @autoreleasepool {
+      InMemoryPlatform memory;
+      prepare(memory, each);
+      std::vector<id> arguments;
+      for (const json& given : each.arguments) arguments.push_back(argument(given));
+      id returned = nil;
+      const json result = invoke(each, arguments, returned);
+      EXPECT_EQ(fault(each, result, memory.log()), "") << each.text;
+      if (each.same) EXPECT_EQ(returned, objectAt(*each.same, arguments)) << each.text;
+    }
+  }
+}
+
+TEST(AppleConformanceTest, CasesThatNeedAnotherRuleThanGNUsteps) {
+  std::set<std::string> skipped;
+  for (const ConformanceCase& each : conformanceCases()) {
+    if (departures().contains(each.rule)) skipped.insert(each.operation + ": " + each.rule);
+  }
+  GTEST_SKIP() << ::testing::PrintToString(skipped);
+}
+
+}  // namespace

@@ -1,0 +1,369 @@
+// What the table of conformance cases cannot say of the Objective-C face: identity, ownership,
+// threads, and the platform's own objects.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <thread>
+
+#include "Delivered.h"
+#include "Standins.h"
+#include "morvelune/MorveluneExtension.h"
+#include "support/LoopbackOrigin.h"
+#include "support/Media.h"
+#include "support/TemporaryDirectory.h"
+
+#import <MorveluneExtension/MVLNotificationServiceExtensionSubclass.h>
+
+using namespace morvelune::testing;
+
+static std::atomic<int> livingObjects = 0;
+static std::atomic<int> livingExtensions = 0;
+
+// An object that no library knows, and that is counted.
+@interface Counted : NSObject
+@end
+
+@implementation Counted
+- (instancetype)init {
+  if ((self = [super init])) ++livingObjects;
+  return self;
+}
+- (void)dealloc {
+  --livingObjects;
+  [super dealloc];
+}
+@end
+
+// An app's own extension.
+@interface CountedExtension : MVLNotificationServiceExtension
+@end
+
+@implementation CountedExtension
+- (instancetype)init {
+  if ((self = [super init])) ++livingExtensions;
+  return self;
+}
+- (void)dealloc {
+  --livingExtensions;
+  [super dealloc];
+}
+@end
+
+namespace {
+
+NSString* native(const std::string& text) {
+  return [NSString stringWithUTF8String:text.c_str()];
+}
+
+id counted() {
+  return [[[Counted alloc] init] autorelease];
+}
+
+// Waits until it holds, ten seconds at most.
+bool eventually(const std::function<bool()>& holds) {
+  for (int i = 0; i < 1000 && !holds(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return holds();
+}
+
+class AppleFaceTest : public ::testing::Test {
+ protected:
+  // A payload of the system that is tracked and has an attachment at each address.
+  NSDictionary* payload(const std::vector<std::string>& addresses) {
+    NSMutableArray* attachments = [NSMutableArray array];
+    for (const std::string& each : addresses) {
+      NSString* identifier = native("id" + std::to_string(attachments.count));
+      [attachments addObject:@{@"att-url" : native(each), @"att-id" : identifier}];
+    }
+    return @{
+      @"k2tid" : @"1",
+      @"mvl-tk" : @{@"url" : native(origin.url("/track")), @"display" : @"d"},
+      @"mvl-atts" : attachments,
+      @"date" : date,
+      @"object" : counted()
+    };
+  }
+  void receive(NSDictionary* userInfo) {
+    [extension didReceiveNotificationRequest:requestOf(userInfo)
+                          withContentHandler:delivered.handler()];
+  }
+  void TearDown() override { [extension release]; }
+
+  LoopbackOrigin origin;
+  Delivered delivered;
+  NSDate* const date = [NSDate date];
+  CountedExtension* extension = [[CountedExtension alloc] init];
+};
+
+TEST_F(AppleFaceTest, AForeignPushGetsTheRequestsOwnContent) {
+  UNNotificationRequest* request = requestOf(@{@"other" : @1});
+  [extension didReceiveNotificationRequest:request withContentHandler:delivered.handler()];
+  EXPECT_EQ(delivered.wait(1), request.content);
+  EXPECT_EQ(extension.mvlBestAttemptContent, nil);
+}
+
+TEST_F(AppleFaceTest, TheHandlerGetsTheRealContentWithAllItsProperties) {
+  NSDictionary* userInfo = payload({origin.serve("/a.png", {.body = pngBytes()})});
+  receive(userInfo);
+  UNNotificationContent* content = delivered.wait(1);
+  EXPECT_EQ(content, extension.internalBestAttemptContent);
+  EXPECT_TRUE([content isKindOfClass:[UNMutableNotificationContent class]]);
+  EXPECT_TRUE([content.badge isEqual:@3] && [content.title isEqual:@"Sale"] &&
+              [content.categoryIdentifier isEqual:@"offers"] &&
+              [content.threadIdentifier isEqual:@"shop"] && content.sound != nil);
+  EXPECT_EQ(content.userInfo.count, userInfo.count + 1);
+  EXPECT_TRUE([[content.userInfo objectForKey:MVLPayloadTrackingSentKey] isEqual:@(YES)]);
+  for (NSString* key in userInfo) {
+    EXPECT_EQ([content.userInfo objectForKey:key], [userInfo objectForKey:key]);
+  }
+  ASSERT_EQ(content.attachments.count, 1U);
+  EXPECT_TRUE([content.attachments isEqual:extension.mvlBestAttemptContent.attachments]);
+  EXPECT_TRUE([content.attachments.firstObject.type isEqual:@"public.png"]);
+  EXPECT_EQ(content.attachments.firstObject, extension.internalAttachments.firstObject);
+  extension.internalAttachments = @[];
+  EXPECT_EQ(extension.mvlBestAttemptContent.attachments.count, 0U);
+}
+
+TEST_F(AppleFaceTest, ExpiryFromAnotherThreadDeliversWhatThereIs) {
+  receive(
+      payload({origin.serve("/slow.gif", {.body = gifBytes(), .delay = std::chrono::seconds(1)}),
+               origin.serve("/a.png", {.body = pngBytes()})}));
+  EXPECT_TRUE(eventually([&] { return extension.mvlBestAttemptContent.attachments.count == 1; }));
+  std::thread([&] {
+    GSRegisterCurrentThread();
+    [extension serviceExtensionTimeWillExpire];
+    GSUnregisterCurrentThread();
+  }).join();
+  ASSERT_EQ(delivered.calls(), 1U);
+  EXPECT_NE(delivered.wait(2), nil);
+  NSArray* attachments = delivered.wait(2).attachments;
+  EXPECT_TRUE([[attachments valueForKey:@"identifier"] isEqual:(@[ @"id0", @"id1" ])]);
+}
+
+TEST_F(AppleFaceTest, ADownloadKeepsTheExtensionAlive) {
+  @autoreleasepool {
+    receive(payload({origin.serve("/slow.png",
+                                  {.body = pngBytes(), .delay = std::chrono::milliseconds(300)})}));
+    [extension release];
+    extension = nil;
+  }
+  EXPECT_EQ(livingExtensions, 1);
+  EXPECT_NE(delivered.wait(1), nil);
+  EXPECT_TRUE(eventually([&] { return livingExtensions == 0; }));
+}
+
+TEST_F(AppleFaceTest, TrackingDoesNot) {
+  origin.serve("/track/d", {.delay = std::chrono::milliseconds(300)});
+  @autoreleasepool {
+    receive(payload({}));
+    [extension release];
+    extension = nil;
+  }
+  EXPECT_EQ(livingExtensions, 0);
+  EXPECT_TRUE(eventually([&] { return origin.requests().size() == 1; }));
+  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  EXPECT_EQ(delivered.calls(), 0U);
+}
+
+TEST_F(AppleFaceTest, EverythingIsReleasedWithTheExtension) {
+  const auto held = std::make_shared<int>();
+  const auto calls = std::make_shared<std::atomic<int>>(0);
+  @autoreleasepool {
+    [extension didReceiveNotificationRequest:requestOf(payload({origin.url("/missing")}))
+                          withContentHandler:^(UNNotificationContent* content) {
+                            if (held != nullptr && content != nil) ++*calls;
+                          }];
+    EXPECT_TRUE(eventually([&] { return *calls == 1; }));
+    EXPECT_NE(extension.internalContentHandler, nil);
+  }
+  EXPECT_GT(livingObjects, 0) << "the payload is the best attempt content's";
+  EXPECT_GT(held.use_count(), 1);
+  @autoreleasepool {
+    [extension release];
+    extension = nil;
+  }
+  EXPECT_TRUE(eventually([&] { return held.use_count() == 1 && livingObjects == 0; }));
+}
+
+TEST_F(AppleFaceTest, ValuesPassThroughUntouched) {
+  id deep = counted();
+  for (int i = 0; i < 5000; ++i) deep = @[ deep ];
+  NSMutableArray* circle = [NSMutableArray array];
+  for (int i = 0; i < 50; ++i) [circle addObject:@[ circle ]];
+  NSMutableString* edited = [NSMutableString stringWithString:@"old"];
+  NSDictionary* userInfo = @{
+    @"date" : date,
+    @"null" : [NSNull null],
+    @"data" : [NSData dataWithBytes:"a" length:1],
+    @"yes" : @(YES),
+    @"big" : @18446744073709551615ULL,
+    @"decimal" : [NSDecimalNumber decimalNumberWithString:@"0.1"],
+    @"unpaired" : [NSString stringWithFormat:@"%C", static_cast<unichar>(0xD83D)],
+    @"edited" : edited,
+    @"deep" : deep,
+    @"circle" : circle,
+    @"object" : counted(),
+    @"k2tid" : @1
+  };
+  NSDictionary* custom = [MVLPushHelpers customParamsFromUserInfo:userInfo];
+  EXPECT_EQ(custom.count, userInfo.count - 1);
+  EXPECT_FALSE([custom isKindOfClass:[NSMutableDictionary class]]);
+  for (NSString* key in custom) {
+    EXPECT_EQ([custom objectForKey:key], [userInfo objectForKey:key]) << [key UTF8String];
+  }
+  EXPECT_EQ([MVLPushHelpers userInfoFromNotification:circle].count, 0U);
+  EXPECT_TRUE([MVLPushHelpers isMorveluneNotification:userInfo]);
+  [circle removeAllObjects];
+}
+
+TEST_F(AppleFaceTest, KeysThatAreNoStringsAreNotSeen) {
+  NSDictionary* mixed = @{@1 : @"number", @"k2tid" : @"1", @"x" : @"y"};
+  EXPECT_EQ([MVLPushHelpers userInfoFromNotification:mixed], mixed);
+  EXPECT_TRUE([[MVLPushHelpers customParamsFromUserInfo:mixed] isEqual:@{@"x" : @"y"}]);
+}
+
+TEST_F(AppleFaceTest, AnAddressOfAFileKeepsItsQuery) {
+  NSDictionary* tracking = @{@"url" : @"file:///a?x=1", @"display" : @"d"};
+  NSURL* url = [MVLPushHelpers trackingURLForAction:@"display"
+                                    forNotification:@{@"mvl-tk" : tracking}];
+  EXPECT_TRUE([url.query isEqual:@"x=1/d"]);
+}
+
+TEST_F(AppleFaceTest, RangesCountUTF16Units) {
+  const ::NSRange range = [MVLURLHelpers rangeOfTag:@"É" inString:@"😀é|é|"];
+  EXPECT_EQ(range.location, 3U);
+  EXPECT_EQ(range.length, 3U);
+}
+
+TEST_F(AppleFaceTest, TheStepsSpeakObjectiveC) {
+  NSDictionary* userInfo = payload({origin.url("/a"), origin.url("/b")});
+  EXPECT_EQ([extension trackingTaskForNotification:@{}], nil);
+  NSURLSessionDataTask* tracking = [extension trackingTaskForNotification:userInfo];
+  EXPECT_TRUE([tracking isKindOfClass:[NSURLSessionDataTask class]]);
+  NSArray* downloads = [extension attachmentsTasksForNotification:userInfo];
+  EXPECT_EQ(downloads.count, 2U);
+  EXPECT_TRUE([downloads.lastObject isKindOfClass:[NSURLSessionDownloadTask class]]);
+  EXPECT_EQ(extension.internalOperationsCount, 3U);
+  extension.internalBestAttemptContent = [[requestOf(userInfo).content mutableCopy] autorelease];
+  extension.internalContentHandler = delivered.handler();
+  extension.internalOperationsCount = 1;
+  [tracking resume];  // by its owner, past the library
+  EXPECT_NE(delivered.wait(1), nil);
+  EXPECT_EQ(delivered.wait(1), extension.internalBestAttemptContent);
+  const auto handler = extension.internalContentHandler;
+  extension.internalContentHandler = nil;
+  handler(extension.mvlBestAttemptContent);  // the caller's for as long as it needs
+  EXPECT_FALSE([delivered.wait(2) isKindOfClass:[UNMutableNotificationContent class]]);
+  EXPECT_TRUE(origin.requests().at(0).target == "/track/d");
+}
+
+TEST_F(AppleFaceTest, StagesFilesUnderTheirOwnNames) {
+  const TemporaryDirectory folder;
+  NSURL* file = [NSURL fileURLWithPath:native(folder.write("a b%é.tmp", pngBytes()))];
+  NSURL* staged = [extension saveTempFile:file attachmentWithIdentifier:@"id"];
+  NSString* prefix = [file.path stringByAppendingString:@"-id-"];
+  EXPECT_TRUE([staged.path hasPrefix:prefix] && staged.path.length > prefix.length);
+  ASSERT_EQ(folder.names().size(), 1U);
+  EXPECT_EQ(folder.path() + "/" + folder.names().at(0), staged.path.UTF8String);
+}
+
+TEST_F(AppleFaceTest, MapsAndRecordsAreTheFoundationsOwn) {
+  EXPECT_EQ([extension UTIMap],
+            [[[[MVLNotificationServiceExtension alloc] init] autorelease] UTIMap]);
+  EXPECT_EQ([extension knownExtensionsMap], [extension knownExtensionsMap]);
+  NSDictionary* record = ::FSign("ab", 2, 8);
+  EXPECT_TRUE([[record objectForKey:MVLUTIMapObjectDataKey] isEqual:[NSData dataWithBytes:"ab"
+                                                                                   length:2]]);
+  EXPECT_EQ([[record objectForKey:MVLUTIMapObjectLengthKey] unsignedIntegerValue], 2U);
+  EXPECT_EQ([[record objectForKey:MVLUTIMapObjectOffsetKey] unsignedIntegerValue], 8U);
+}
+
+TEST_F(AppleFaceTest, BothFacesExportTheSameStrings) {
+  const std::pair<NSString*, const char*> pairs[] = {
+      {::MVLUNCenterTrackingActionReceived, morvelune::MVLUNCenterTrackingActionReceived},
+      {::MVLUNCenterTrackingActionDismissed, morvelune::MVLUNCenterTrackingActionDismissed},
+      {::MVLPayloadAttachmentsKey, morvelune::MVLPayloadAttachmentsKey},
+      {::MVLAttachmentURLKey, morvelune::MVLAttachmentURLKey},
+      {::MVLAttachmentIDKey, morvelune::MVLAttachmentIDKey},
+      {::MVLPayloadTrackingSentKey, morvelune::MVLPayloadTrackingSentKey},
+      {::kMVLNullValue, morvelune::kMVLNullValue},
+      {::kMVLCloseKey, morvelune::kMVLCloseKey},
+      {::kMVLUDIKey, morvelune::kMVLUDIKey},
+      {::MVLUTIMapObjectDataKey, morvelune::MVLUTIMapObjectDataKey},
+      {::MVLUTIMapObjectLengthKey, morvelune::MVLUTIMapObjectLengthKey},
+      {::MVLUTIMapObjectOffsetKey, morvelune::MVLUTIMapObjectOffsetKey}};
+  for (const auto& [ours, theirs] : pairs) EXPECT_STREQ(ours.UTF8String, theirs);
+}
+
+}  // namespace
+
+// Notes what the default centre posts.
+@interface Listener : NSObject {
+ @public
+  NSNotification* last;
+}
+@end
+
+@implementation Listener
+- (void)received:(NSNotification*)notification {
+  [last release];
+  last = [notification retain];
+}
+- (void)dealloc {
+  [last release];
+  [super dealloc];
+}
+@end
+
+namespace {
+
+TEST(ApplePostTest, ObserversGetTheSameObjectsFromTheMainQueue) {
+  Listener* listener = [[[Listener alloc] init] autorelease];
+  NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
+  [center addObserver:listener selector:@selector(received:) name:@"tapped" object:nil];
+  NSDictionary* userInfo = @{@"bid" : @"b1"};
+  id sender = counted();
+  @autoreleasepool {
+    [::MVLCommonHelpers postNotificationOnMainThread:@"tapped" object:sender userInfo:userInfo];
+  }
+  EXPECT_EQ(listener->last, nil) << "never before the call has returned";
+  EXPECT_EQ(StandinDrainMainQueue(), 1U);
+  EXPECT_EQ(listener->last.object, sender);
+  EXPECT_EQ(listener->last.userInfo, userInfo);
+  [::MVLCommonHelpers postNotificationOnMainThread:@"tapped" userInfo:@{}];
+  EXPECT_EQ(StandinDrainMainQueue(), 1U);
+  EXPECT_TRUE(listener->last.object == nil && [listener->last.userInfo isEqual:@{}]);
+  [::MVLCommonHelpers postNotificationOnMainThread:@"tapped"];
+  [::MVLCommonHelpers postNotificationOnMainThread:nil];
+  EXPECT_EQ(StandinDrainMainQueue(), 1U);
+  EXPECT_TRUE(listener->last.object == nil && listener->last.userInfo == nil);
+  [center removeObserver:listener];
+}
+
+TEST(AppleScreenTest, CodesAndParametersComeFromTheMainScreen) {
+  const std::pair<CGPoint, NSInteger> cases[] = {
+      {{0, 0}, 1}, {{375, 812}, 2}, {{0, 375}, 3}, {{NAN, 0}, 4}};
+  for (const auto& [origin, code] : cases) {
+    UIScreen* screen = [[[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375.9, 812)
+                                             fixedOrigin:origin] autorelease];
+    EXPECT_EQ([screen mvl_currentOrientation], code);
+    StandinSetMainScreen(screen);
+    NSDictionary* parameters = [::MVLURLHelpers commonURLParameters];
+    EXPECT_TRUE([[parameters objectForKey:@"s"] isEqual:@"375,812"]);
+    EXPECT_TRUE([[parameters objectForKey:@"o"] isEqual:code < 3 ? @"portrait" : @"landscape"]);
+  }
+  StandinSetMainScreen(nil);
+  EXPECT_TRUE([[[::MVLURLHelpers commonURLParameters] objectForKey:@"s"] isEqual:@"0,0"]);
+}
+
+TEST(AppleSystemLogTest, ALineIsOneLineWhateverItHolds) {
+  ::testing::internal::CaptureStderr();
+  morvelune::Platform::native()->systemLog->log("a %@ 100%%", {"%s\n%@"});
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("a %s\\n%@ 100%%\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+// Foundation, and what GNUstep's lacks of it. The behaviour is that of Apple's documentation.
+#pragma once
+
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wgnu-include-next"
+#include_next <Foundation/Foundation.h>
+#pragma clang diagnostic pop
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef struct {
+  NSInteger majorVersion, minorVersion, patchVersion;
+} NSOperatingSystemVersion;
+
+@interface NSProcessInfo (Standin)
+- (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version;
+@end
+
+typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) { NSDataReadingMappedIfSafe = 1 };
+
+@interface NSData (Standin)
++ (nullable instancetype)dataWithContentsOfURL:(NSURL*)url
+                                       options:(NSDataReadingOptions)options
+                                         error:(NSError* _Nullable* _Nullable)error;
+@end
+
+@interface NSURLSessionTask : NSObject {
+  void* _state;
+}
+- (void)resume;
+// The completion gets NSURLErrorCancelled unless it has begun; of a suspended task likewise.
+- (void)cancel;
+@end
+
+@interface NSURLSessionDataTask : NSURLSessionTask
+@end
+
+@interface NSURLSessionDownloadTask : NSURLSessionTask
+@end
+
+typedef void (^StandinDataHandler)(NSData* _Nullable data, NSURLResponse* _Nullable response,
+                                   NSError* _Nullable error);
+typedef void (^StandinDownloadHandler)(NSURL* _Nullable location, NSURLResponse* _Nullable response,
+                                       NSError* _Nullable error);
+
+@interface NSURLSession : NSObject
++ (NSURLSession*)sharedSession;
+- (NSURLSessionDataTask*)dataTaskWithURL:(NSURL*)url completionHandler:(StandinDataHandler)handler;
+- (NSURLSessionDownloadTask*)downloadTaskWithURL:(NSURL*)url
+                               completionHandler:(StandinDownloadHandler)handler;
+@end
+
+NS_ASSUME_NONNULL_END

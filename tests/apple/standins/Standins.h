@@ -1,0 +1,33 @@
+// What only tests do with the stand-ins of Apple's interfaces.
+#pragma once
+
+#import <UIKit/UIKit.h>
+#import <UserNotifications/UserNotifications.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface UNNotification (Standin)
+- (instancetype)initWithRequest:(UNNotificationRequest*)request date:(NSDate*)date;
+@end
+
+@interface UNNotificationResponse (Standin)
+- (instancetype)initWithNotification:(UNNotification*)notification
+                    actionIdentifier:(NSString*)actionIdentifier;
+@end
+
+// A screen for StandinSetMainScreen. The origin of the fixed space is at `fixedOrigin` of the
+// current one.
+@interface UIScreen (Standin)
+- (instancetype)initWithBounds:(CGRect)bounds fixedOrigin:(CGPoint)fixedOrigin;
+@end
+
+STANDIN_EXPORT void StandinSetIdentifierForVendor(NSUUID* _Nullable identifier);
+STANDIN_EXPORT void StandinSetMainScreen(UIScreen* _Nullable screen);
+// 17.0.0 at the start.
+STANDIN_EXPORT void StandinSetSystemVersion(NSOperatingSystemVersion version);
+
+// Runs what waits on the main queue now, in order, and tells how much. What these blocks queue
+// waits for the next call.
+STANDIN_EXPORT NSUInteger StandinDrainMainQueue(void);
+
+NS_ASSUME_NONNULL_END

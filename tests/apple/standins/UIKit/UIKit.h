@@ -1,0 +1,40 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NSPoint CGPoint;
+typedef NSSize CGSize;
+typedef NSRect CGRect;
+
+static inline CGFloat CGRectGetWidth(CGRect rect) {
+  return rect.size.width;
+}
+static inline CGFloat CGRectGetHeight(CGRect rect) {
+  return rect.size.height;
+}
+
+@interface UIDevice : NSObject
++ (UIDevice*)currentDevice;
+@property(nonatomic, readonly, nullable) NSUUID* identifierForVendor;
+@end
+
+@protocol UICoordinateSpace <NSObject>
+- (CGPoint)convertPoint:(CGPoint)point fromCoordinateSpace:(id<UICoordinateSpace>)coordinateSpace;
+@end
+
+@interface UIScreen : NSObject {
+  CGRect _bounds;
+  CGPoint _fixedOrigin;
+}
++ (UIScreen*)mainScreen;
+@property(nonatomic, readonly) CGRect bounds;
+@property(nonatomic, readonly) id<UICoordinateSpace> coordinateSpace, fixedCoordinateSpace;
+@end
+
+@interface UIViewController : NSObject
+- (void)viewDidLoad;
+@end
+
+NS_ASSUME_NONNULL_END

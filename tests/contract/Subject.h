@@ -1,0 +1,79 @@
+// The platforms under the contracts. A build defines subjects(); each suite runs on those that have
+// its service. A rule from which a platform's own operation departs is named in `departures`, and
+// what tests it is skipped there.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "morvelune/platform/Platform.h"
+#include "support/LoopbackOrigin.h"
+
+namespace morvelune::testing {
+
+// A main queue, and one turn of the loop that drains it.
+using Queue = std::pair<std::shared_ptr<MainQueue>, std::function<void()>>;
+
+// A file manager, a folder, and a way to put files there.
+struct Files {
+  std::shared_ptr<FileManager> manager;
+  std::string folder;
+  std::function<void(const std::string& name, const std::string& bytes)> write;
+};
+
+// A device and its locale, and what they are to tell.
+using DeviceAndLocale = std::pair<std::shared_ptr<Device>, std::shared_ptr<Locale>>;
+struct DeviceState {
+  std::optional<std::string> vendor;
+  std::optional<Size> screen;
+  std::optional<std::string> country;
+  std::vector<std::string> languages;
+};
+
+// A session, its files, and the servers that it reaches.
+struct Network {
+  std::shared_ptr<FileManager> files;
+  std::shared_ptr<URLSession> session;
+  // The URL of a new server that replies so.
+  std::function<std::string(const Reply&)> serve;
+  // Lets the network do its work, which may go on after the call.
+  std::function<void()> run;
+};
+
+// A service that a platform does not have is an empty function.
+struct Subject {
+  std::string name;
+  std::function<std::shared_ptr<Text>()> text = {};
+  std::function<std::shared_ptr<Digest>()> digest = {};
+  std::function<std::shared_ptr<Locale>()> locale = {};
+  std::function<DeviceAndLocale(const DeviceState&)> device = {};
+  std::function<Files()> files = {};
+  std::function<std::shared_ptr<NotificationAttachments>()> attachments = {};
+  std::function<Network()> network = {};
+  std::function<Queue()> queue = {};
+  std::function<std::shared_ptr<NotificationCenter>()> center = {};
+  // A new object that its notification centre can post.
+  std::function<std::shared_ptr<const void>()> makeObject = {};
+  std::set<std::string> departures = {};
+
+  friend void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.name; }
+};
+
+[[nodiscard]] std::vector<Subject> subjects();
+
+template <typename Factory>
+std::vector<Subject> subjectsWith(Factory Subject::*service) {
+  std::vector<Subject> with = subjects();
+  std::erase_if(with, [service](const Subject& each) { return !(each.*service); });
+  return with;
+}
+
+// INSTANTIATE_CONTRACT(TextContract, text): the suite, on each platform with that service.
+#define INSTANTIATE_CONTRACT(suite, service)                                                       \
+  INSTANTIATE_TEST_SUITE_P(Platforms, suite, ::testing::ValuesIn(subjectsWith(&Subject::service)), \
+                           [](const auto& tested) { return tested.param.name; })
+
+// Skips the rest of the test on a platform that departs from the rule.
+#define NEEDS_RULE(rule) \
+  if (GetParam().departures.contains(rule)) GTEST_SKIP() << (rule)
+
+}  // namespace morvelune::testing
