@@ -87,11 +87,12 @@ class AppleURLSessionTask : public URLSessionTask {
   std::atomic<bool> resumed_{false};
 };
 
-// An address that the session refuses stands for none and for those that are not fetched.
+// An address whose scheme nobody serves stands for none and for those that are not fetched, so that
+// the session itself ends the task.
 NSURL* fetchable(const std::optional<URL>& url) {
   const std::string scheme = url ? url->scheme() : "";
   NSURL* native = scheme == "http" || scheme == "https" ? toNative(*url) : nil;
-  return native != nil ? native : [NSURL URLWithString:@""];
+  return native != nil ? native : [NSURL URLWithString:@"unsupported:"];
 }
 
 class AppleURLSession : public URLSession {
