@@ -229,7 +229,10 @@ TEST(FaceTest, ARequestMayHaveNoContent) {
   EXPECT_FALSE(Push::isMorveluneNotification(UNNotificationResponse{}));
 }
 
-TEST(FaceTest, TheVersionSymbolsHoldTheirFixedValues) {
+TEST(FaceTest, WhatOnlyHostsUseHoldsItsFixedValues) {
+  EXPECT_STREQ(MVLUNCenterTrackingActionDismissed, "dismiss");
+  EXPECT_STREQ(kMVLCloseKey, "zuk2tclose");
+  EXPECT_STREQ(kMVLUDIKey, "zuk2tudi");
   EXPECT_STREQ(reinterpret_cast<const char*>(MorveluneExtensionVersionString),
                "@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1\n");
   EXPECT_EQ(MorveluneExtensionVersionNumber, 1.0);

@@ -94,6 +94,7 @@ TEST(ServiceExtensionTest, DeliversAsWritten) {
     ordered_json files = ordered_json::array();
     for (const auto& [path, bytes] : memory.files().files) files.push_back(path);
     EXPECT_EQ(each.value("started", ordered_json(network.started)), network.started);
+    EXPECT_EQ(network.made, network.started);
     EXPECT_EQ(each.value("files", files), files);
     EXPECT_EQ(each.value("log", ordered_json(memory.log())), memory.log());
   }
@@ -108,6 +109,15 @@ TEST(ServiceExtensionTest, TasksAreCountedBeforeTheyStart) {
   EXPECT_EQ(made->internalOperationsCount(), 3U);
   EXPECT_EQ(memory.network().made, (Strings{"http:/t", "http://h/a", "http://h/a"}));
   EXPECT_EQ(memory.network().started, Strings{});
+}
+
+TEST(ServiceExtensionTest, AllAreCountedBeforeTheFirstStartsAndDownloadsBeforeTheFirstIsMade) {
+  Receiver receiver;
+  std::vector<std::size_t> counts;
+  receiver.network.watch = [&] { counts.push_back(receiver.extension->internalOperationsCount()); };
+  receiver.receive(push.with("mvl-atts", Array{entry, entry, entry}));
+  // As tracking and three downloads are made, then as the four are started.
+  EXPECT_EQ(counts, (std::vector<std::size_t>{1, 4, 4, 4, 4, 4, 4, 4}));
 }
 
 TEST(ServiceExtensionTest, TheBestAttemptIsACopyOfWhatThereIs) {

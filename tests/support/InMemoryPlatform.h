@@ -140,6 +140,8 @@ class InMemoryURLSession : public URLSession,
   // The URLs of all tasks made and of all tasks started, in order; "" for a missing URL.
   std::vector<std::string> made;
   std::vector<std::string> started;
+  // Called whenever a task is about to be made or started.
+  std::function<void()> watch = [] {};
 
  private:
   struct Request {
@@ -152,6 +154,7 @@ class InMemoryURLSession : public URLSession,
         : session(std::move(from)), request(std::move(what)) {}
     void resume() override {
       if (!request.complete) return;
+      session->watch();
       session->started.push_back(request.url);
       session->pending_.push_back(std::exchange(request, {}));
     }
@@ -161,6 +164,7 @@ class InMemoryURLSession : public URLSession,
 
   std::shared_ptr<URLSessionTask> task(const std::optional<URL>& url,
                                        std::function<void(const Answer&)> complete) {
+    watch();
     made.push_back(url ? url->absoluteString() : "");
     return std::make_shared<Task>(shared_from_this(), Request{made.back(), std::move(complete)});
   }

@@ -20,8 +20,9 @@ NS_ASSUME_NONNULL_BEGIN
 /// One download per entry of "mvl-atts", in order, not started; raises the operations count by
 /// their number before the first is made. Empty when there are none.
 - (NSArray<NSURLSessionDownloadTask*>*)attachmentsTasksForNotification:(NSDictionary*)notification;
-/// The download of one entry, not started. An entry without a valid address gives a task that
-/// fails; the identifier is "mvl.default.id" when the entry has none.
+/// The download of one entry, not started and not counted yet: raise the count before it starts. An
+/// entry without a valid address gives a task that fails; the identifier is "mvl.default.id" when
+/// the entry has none.
 - (NSURLSessionDownloadTask*)downloadTaskForAttachment:(NSDictionary*)attachment;
 /// Moves a downloaded file to a unique name in its folder. Gives that name's file URL, also when
 /// the move failed, which is logged.
@@ -38,12 +39,12 @@ NS_ASSUME_NONNULL_BEGIN
 /// File-name extensions in lower case to types. The same object on every call. Any thread.
 - (NSDictionary<NSString*, NSString*>*)knownExtensionsMap;
 
-/// The whole state. Each single read and single write is indivisible. A task that was made and is
-/// not started counts as an operation.
+/// The whole state. Each single read and single write is indivisible.
 @property(nonatomic, copy, nullable) void (^internalContentHandler)(UNNotificationContent*);
 @property(nonatomic, strong, nullable) UNMutableNotificationContent* internalBestAttemptContent;
 /// In the order in which their downloads completed. Replaced as a whole, never edited.
 @property(nonatomic, copy) NSArray<UNNotificationAttachment*>* internalAttachments;
+/// How many scheduled tasks have not completed yet: each completion lowers it by one.
 @property(atomic) NSUInteger internalOperationsCount;
 
 @end

@@ -32,8 +32,10 @@ NS_ASSUME_NONNULL_BEGIN
 /// before the encoded ones. The location is NSNotFound when there is none.
 + (NSRange)rangeOfTag:(NSString*)tag inString:(NSString*)string;
 
-/// The parameters that every template may use, read afresh: "idfv", "uid", "idMember", "s", "o",
-/// "country" and "lang". All are strings and always present, "" when unknown.
+/// What every template may use, read afresh on each call. Seven strings, always all there: "idfv",
+/// "country" and "lang", each "" when unknown; "uid" and "idMember", always ""; "s", the main
+/// screen's width and height in whole points, or "0,0"; and "o", "portrait" or "landscape", the
+/// latter also when unknown.
 + (NSDictionary<NSString*, NSString*>*)commonURLParameters;
 
 @end
