@@ -12,7 +12,7 @@ Pod::Spec.new do |s|
 
   s.platform = :ios, '13.0'
   s.frameworks = 'Foundation', 'UIKit', 'UserNotifications'
-  s.library = 'c++'
+  s.libraries = 'c++'
   s.requires_arc = false
 
   s.public_header_files = 'apple/include/MorveluneExtension/*.h'

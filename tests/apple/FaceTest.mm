@@ -366,6 +366,16 @@ TEST(AppleScreenTest, CodesAndParametersComeFromTheMainScreen) {
   EXPECT_TRUE([[[::MVLURLHelpers commonURLParameters] objectForKey:@"s"] isEqual:@"0,0"]);
 }
 
+TEST(AppleDeviceTest, ComparesEveryPartOfTheVersion) {
+  const auto device = morvelune::Platform::native()->device;
+  StandinSetSystemVersion({12, 4, 2});
+  EXPECT_TRUE(device->isOperatingSystemAtLeastVersion({12, 4, 2}));
+  EXPECT_TRUE(device->isOperatingSystemAtLeastVersion({12, 3, 9}));
+  EXPECT_FALSE(device->isOperatingSystemAtLeastVersion({12, 4, 3}));
+  EXPECT_FALSE(device->isOperatingSystemAtLeastVersion({12, 5, 0}));
+  StandinSetSystemVersion({17, 0, 0});
+}
+
 TEST(AppleSystemLogTest, ALineIsOneLineWhateverItHolds) {
   ::testing::internal::CaptureStderr();
   morvelune::Platform::native()->systemLog->log("a %@ 100%%", {"%s\n%@"});

@@ -2,10 +2,6 @@
 
 #import <Foundation/Foundation.h>
 
-void CFRelease(CFTypeRef object) {
-  [(id)object release];
-}
-
 CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef original,
                                                     CFStringRef charactersToLeaveUnescaped,
                                                     CFStringRef legalURLCharactersToBeEscaped,

@@ -63,8 +63,4 @@ void StandinSetMainScreen(UIScreen* screen) {
 @end
 
 @implementation UIViewController
-
-- (void)viewDidLoad {
-}
-
 @end

@@ -5,7 +5,6 @@
 
 #include "../Export.h"
 
-typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
 typedef uint32_t CFStringEncoding;
@@ -13,8 +12,6 @@ typedef uint32_t CFStringEncoding;
 enum { kCFStringEncodingUTF8 = 0x08000100 };
 
 #define kCFAllocatorDefault ((CFAllocatorRef)0)
-
-STANDIN_EXPORT void CFRelease(CFTypeRef object);
 
 // Null for text that the encoding cannot hold, or for another encoding than UTF-8. Only ASCII
 // characters can be left unescaped.

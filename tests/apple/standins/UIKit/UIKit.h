@@ -34,7 +34,6 @@ static inline CGFloat CGRectGetHeight(CGRect rect) {
 @end
 
 @interface UIViewController : NSObject
-- (void)viewDidLoad;
 @end
 
 NS_ASSUME_NONNULL_END
