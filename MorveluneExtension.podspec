@@ -22,8 +22,7 @@ Pod::Spec.new do |s|
   s.source_files = [
     'apple/include/MorveluneExtension/*.h',
     'detection/FSign.cpp',
-    'detection/SignatureTable.cpp',
-    'detection/TypeResolution.cpp',
+    'detection/MediaTypes.cpp',
     'extension/AttachmentTasks.cpp',
     'extension/MVLNotificationServiceExtension.cpp',
     'extension/TrackingTask.cpp',
@@ -35,7 +34,9 @@ Pod::Spec.new do |s|
     'util/MVLURLHelpers.cpp',
     'util/NSStringMorvelune.cpp',
     'util/UIScreenMorvelune.cpp',
+    'util/WhiteSpace.cpp',
     'platform/Path.cpp',
+    'platform/PercentCoding.cpp',
     'platform/Platform.cpp',
     'platform/SystemLog.cpp',
     'platform/UNNotificationContent.cpp',
@@ -51,6 +52,7 @@ Pod::Spec.new do |s|
     'platform/apple/ApplePlatform.mm',
     'platform/apple/AppleSystemLog.mm',
     'platform/apple/AppleText.mm',
+    'platform/apple/AppleURL.mm',
     'platform/apple/AppleURLSession.mm',
     'platform/apple/Conversion.mm',
     'platform/apple/NativeContent.mm',
@@ -71,7 +73,10 @@ Pod::Spec.new do |s|
     'detection/*.h',
     'include/morvelune/*.h',
     'include/morvelune/platform/*.h',
+    'platform/*.h',
     'platform/apple/*.h',
+    'payload/*.h',
+    'util/*.h',
   ]
   s.pod_target_xcconfig = {
     'CLANG_CXX_LANGUAGE_STANDARD' => 'c++20',

@@ -29,8 +29,7 @@ let package = Package(
       // The same files as in CMakeLists.txt and the podspec; a test compares the lists.
       sources: [
         "detection/FSign.cpp",
-        "detection/SignatureTable.cpp",
-        "detection/TypeResolution.cpp",
+        "detection/MediaTypes.cpp",
         "extension/AttachmentTasks.cpp",
         "extension/MVLNotificationServiceExtension.cpp",
         "extension/TrackingTask.cpp",
@@ -42,7 +41,9 @@ let package = Package(
         "util/MVLURLHelpers.cpp",
         "util/NSStringMorvelune.cpp",
         "util/UIScreenMorvelune.cpp",
+        "util/WhiteSpace.cpp",
         "platform/Path.cpp",
+        "platform/PercentCoding.cpp",
         "platform/Platform.cpp",
         "platform/SystemLog.cpp",
         "platform/UNNotificationContent.cpp",
@@ -58,6 +59,7 @@ let package = Package(
         "platform/apple/ApplePlatform.mm",
         "platform/apple/AppleSystemLog.mm",
         "platform/apple/AppleText.mm",
+        "platform/apple/AppleURL.mm",
         "platform/apple/AppleURLSession.mm",
         "platform/apple/Conversion.mm",
         "platform/apple/NativeContent.mm",

@@ -7,8 +7,8 @@ using namespace morvelune::apple;
 
 namespace {
 
-// The library's extension behind the platform's. It never outlives its owner, but for a completion
-// that is running.
+// The library's extension behind the platform's. It outlives its owner only while a completion of
+// the tracking request runs.
 class Core : public morvelune::MVLNotificationServiceExtension {
  public:
   explicit Core(::MVLNotificationServiceExtension* owner) : owner_(owner) {}
@@ -110,7 +110,7 @@ struct MVLNotificationServiceExtensionCore {
 }
 
 - (NSURL*)saveTempFile:(NSURL*)tempFile attachmentWithIdentifier:(NSString*)identifier {
-  const auto file = fromNative(tempFile).value_or(morvelune::URL::fileURL("/"));
+  const auto file = fromNative(tempFile).value_or(morvelune::URL::fileURL(""));
   return toNative(_core->extension->saveTempFile(file, fromNative(identifier)));
 }
 

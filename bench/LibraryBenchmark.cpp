@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "detection/TypeResolution.h"
+#include "detection/MediaTypes.h"
 #include "morvelune/MVLPushHelpers.h"
 #include "morvelune/MVLURLHelpers.h"
 

@@ -2,10 +2,11 @@
 
 #include <utility>
 
-#include "detection/SignatureTable.h"
-#include "detection/TypeResolution.h"
+#include "detection/MediaTypes.h"
 #include "morvelune/MVLConstants.h"
 #include "morvelune/MVLPushHelpers.h"
+#include "morvelune/platform/Path.h"
+#include "morvelune/platform/Platform.h"
 
 namespace morvelune {
 
@@ -18,7 +19,8 @@ MVLNotificationServiceExtension::mvlBestAttemptContent() {
 
 void MVLNotificationServiceExtension::excuteCompletionHandler() {
   updateBestAttemptContentAttachements();
-  internalContentHandler()(internalBestAttemptContent());
+  // Expiry may come before a request of this system; then there is no handler.
+  if (const auto handler = internalContentHandler()) handler(internalBestAttemptContent());
 }
 
 void MVLNotificationServiceExtension::didReceiveNotificationRequest(
@@ -27,6 +29,7 @@ void MVLNotificationServiceExtension::didReceiveNotificationRequest(
     withContentHandler(request.content);
     return;
   }
+  platform_.store(Platform::current());
   const auto content = request.content->mutableCopy();
   setInternalContentHandler(withContentHandler);
   setInternalBestAttemptContent(content);
@@ -54,6 +57,11 @@ void MVLNotificationServiceExtension::serviceExtensionTimeWillExpire() {
   excuteCompletionHandler();
 }
 
+std::shared_ptr<const Platform> MVLNotificationServiceExtension::platform() const {
+  const auto ofRequest = platform_.load();
+  return ofRequest ? ofRequest : Platform::current();
+}
+
 void MVLNotificationServiceExtension::countDown() {
   setInternalOperationsCount(internalOperationsCount() - 1);
 }
@@ -72,9 +80,14 @@ std::optional<std::string> MVLNotificationServiceExtension::UTIForData(
 }
 
 std::optional<std::string> MVLNotificationServiceExtension::UTIForData(
-    const std::optional<Data>& data, const std::optional<std::string>& suggestedFilename) const {
-  auto type = detection::typeOfContent(data);
-  return type ? type : detection::typeOfFilename(suggestedFilename);
+    const std::optional<Data>& data, std::optional<std::string_view> suggestedFilename) const {
+  if (auto type = detection::typeOfContent(data)) return type;
+  const std::string extension = pathExtension(suggestedFilename.value_or(""));
+  if (extension.empty()) return std::nullopt;
+  auto type = detection::typeOfExtension(extension);
+  platform()->systemLog->log("Try to find UTI using file extension [%@]. Result: [%@]",
+                             {extension, type});
+  return type;
 }
 
 Dictionary MVLNotificationServiceExtension::knownExtensionsMap() const {

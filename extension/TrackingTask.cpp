@@ -10,12 +10,11 @@ std::shared_ptr<URLSessionTask> MVLNotificationServiceExtension::trackingTaskFor
   const auto url =
       MVLPushHelpers::trackingURLForAction(MVLUNCenterTrackingActionReceived, notification);
   if (!url) return nullptr;
-  const auto platform = Platform::current();
-  platform->systemLog->log("//--// track url: %@", {url->absoluteString()});
+  platform()->systemLog->log("//--// track url: %@", {url->absoluteString()});
   setInternalOperationsCount(internalOperationsCount() + 1);
   // Success, an error status and a failure are treated alike: nothing of the answer is read.
-  return platform->urlSession->dataTask(
-      url, [weakSelf = weak_from_this()](const auto&, const auto&, const auto&) {
+  return platform()->urlSession->dataTask(
+      url, [weakSelf = std::weak_ptr(shared_from_this())](const auto&, const auto&, const auto&) {
         const auto self = weakSelf.lock();
         if (!self) return;
         self->countDown();

@@ -3,27 +3,26 @@
 #include <algorithm>
 #include <string_view>
 
+#include "payload/PayloadKeys.h"
+#include "util/WhiteSpace.h"
+
 namespace morvelune {
 namespace {
 
 // The platform's reading of a string as a boolean.
 bool boolValue(std::string_view text) {
-  const auto skip = [&text](std::string_view characters) {
-    text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
-  };
-  skip(" \t\n\v\f\r");
+  text = withoutLeadingWhiteSpace(text);
   if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
-  skip("0");
+  text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
   constexpr std::string_view trueBeginnings = "YyTt123456789";
   return !text.empty() && trueBeginnings.find(text.front()) != std::string_view::npos;
 }
 
 bool boolValue(const Value& value) {
   if (const auto flag = value.boolean()) return *flag;
-  if (const auto number = value.integer()) return *number != 0;
-  if (const auto number = value.unsignedInteger()) return *number != 0;
+  if (const auto flag = value.visitInteger([](auto number) { return number != 0; })) return *flag;
   if (const auto number = value.real()) return *number != 0;
-  if (const auto text = value.string()) return boolValue(std::string_view(*text));
+  if (const auto text = value.stringView()) return boolValue(*text);
   return false;
 }
 
@@ -43,7 +42,7 @@ bool MVLNotificationContentExtension::shouldDelayDismissForNotificationResponse(
     const UNNotificationResponse& response) {
   const auto payload = payloadWithButtons(response);
   const auto button = MVLPushHelpers::actionParams(response.actionIdentifier, payload);
-  const auto delay = button ? button->value("delay-dismiss") : std::nullopt;
+  const auto delay = button ? button->value(keys::delayDismiss) : std::nullopt;
   return delay && boolValue(*delay);
 }
 
@@ -55,7 +54,7 @@ std::optional<Dictionary> MVLNotificationContentExtension::customParamsForNotifi
 }
 
 std::optional<Dictionary> MVLNotificationContentExtension::actionCustomParams(
-    const std::optional<std::string>& /*action*/,
+    std::optional<std::string_view> /*action*/,
     const UNNotificationResponse& forNotificationResponse) {
   const auto payload = payloadWithButtons(forNotificationResponse);
   if (!payload) return std::nullopt;

@@ -2,28 +2,13 @@
 
 #include <string>
 
-#include "morvelune/MVLConstants.h"
 #include "morvelune/MVLURLHelpers.h"
 #include "morvelune/UNNotificationToDictionary.h"
 #include "morvelune/platform/Path.h"
+#include "payload/PayloadKeys.h"
 
 namespace morvelune {
 namespace {
-
-// The top-level keys that are no custom parameters.
-constexpr std::string_view reservedKeys[] = {
-    "aps",
-    "k2tid",
-    "k2turl",
-    "k2td",
-    "k2tb",
-    "openWithSafari",
-    "zuk2t.log.id",
-    "zuk2tIdentifier",
-    MVLPayloadTrackingSentKey,
-    "mvl-tk",
-    MVLPayloadAttachmentsKey,
-};
 
 // The payload of each kind of thing that may stand for a notification; empty when it has none.
 struct PayloadOf {
@@ -47,32 +32,32 @@ Dictionary MVLPushHelpers::userInfoFromNotification(const AnyNotification& notif
 }
 
 bool MVLPushHelpers::isMorveluneNotification(const AnyNotification& notification) {
-  return userInfoFromNotification(notification).contains("k2tid");
+  return userInfoFromNotification(notification).contains(keys::identifier);
 }
 
 std::optional<URL> MVLPushHelpers::trackingURLForAction(std::optional<std::string_view> action,
                                                         const AnyNotification& forNotification) {
-  const auto descriptor = userInfoFromNotification(forNotification).dictionary("mvl-tk");
+  const auto descriptor = userInfoFromNotification(forNotification).dictionary(keys::tracking);
   if (!descriptor || !action) return std::nullopt;
-  const auto base = descriptor->string("url");
-  const auto component = descriptor->string(*action);
+  const auto base = descriptor->stringView(keys::trackingURL);
+  const auto component = descriptor->stringView(*action);
   if (!base || !component) return std::nullopt;
   const auto filled = MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
-                                               descriptor->dictionary("params"));
+                                               descriptor->dictionary(keys::trackingParams));
   return filled ? URL::parse(*filled) : std::nullopt;
 }
 
 Dictionary MVLPushHelpers::customParamsFromUserInfo(const std::optional<Dictionary>& userInfo) {
-  return userInfo ? userInfo->without(reservedKeys) : Dictionary();
+  return userInfo ? userInfo->without(keys::reserved) : Dictionary();
 }
 
 std::optional<Dictionary> MVLPushHelpers::actionParams(
     std::optional<std::string_view> action, const std::optional<Dictionary>& fromUserInfo) {
-  const auto buttons = fromUserInfo ? fromUserInfo->array("k2tb") : std::nullopt;
+  const auto buttons = fromUserInfo ? fromUserInfo->array(keys::buttons) : std::nullopt;
   if (!action || !buttons) return std::nullopt;
   for (const Value& element : *buttons) {
     auto button = element.dictionary();
-    if (button && button->string("bid") == action) return button;
+    if (button && button->stringView(keys::buttonIdentifier) == action) return button;
   }
   return std::nullopt;
 }
@@ -80,7 +65,7 @@ std::optional<Dictionary> MVLPushHelpers::actionParams(
 Dictionary MVLPushHelpers::actionCustomParams(std::optional<std::string_view> action,
                                               const std::optional<Dictionary>& fromUserInfo) {
   const auto button = actionParams(action, fromUserInfo);
-  const auto params = button ? button->dictionary("ccp") : std::nullopt;
+  const auto params = button ? button->dictionary(keys::buttonParams) : std::nullopt;
   return params.value_or(Dictionary());
 }
 

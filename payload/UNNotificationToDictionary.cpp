@@ -1,5 +1,7 @@
 #include "morvelune/UNNotificationToDictionary.h"
 
+#include "payload/PayloadKeys.h"
+
 namespace morvelune {
 
 Dictionary UNNotificationToDictionary(const UNNotification& notification) {
@@ -10,7 +12,7 @@ Dictionary UNNotificationToDictionary(const UNNotification& notification) {
   const Dictionary alert{{"body", text(&UNNotificationContent::body)},
                          {"title", text(&UNNotificationContent::title)},
                          {"subtitle", text(&UNNotificationContent::subtitle)}};
-  const Dictionary shown{{"aps", Dictionary{{"alert", alert}}}};
+  const Dictionary shown{{keys::aps, Dictionary{{"alert", alert}}}};
   const auto userInfo = content ? content->userInfo() : std::nullopt;
   return shown.with(userInfo.value_or(Dictionary()));
 }

@@ -21,13 +21,50 @@ void release(std::vector<Value> values) {
   running = nullptr;
 }
 
-// Sorts by key; of entries with equal keys the last one stays.
-void normalise(std::vector<Dictionary::Entry>& entries) {
-  const auto keyLess = [](const auto& left, const auto& right) { return left.key < right.key; };
-  std::stable_sort(entries.begin(), entries.end(), keyLess);
-  const auto keyEqual = [](const auto& left, const auto& right) { return left.key == right.key; };
-  const auto firstKept = std::unique(entries.rbegin(), entries.rend(), keyEqual);
-  entries.erase(entries.begin(), firstKept.base());
+// The pairs of values that are still to be compared. As a list, not as calls within calls, so that
+// no depth of nesting can exhaust the stack.
+using Pairs = std::vector<std::pair<const Value*, const Value*>>;
+
+// Sorted by key; of entries with equal keys the last one stays. Not by std::stable_sort:
+// libstdc++'s uses a deprecated function, of which newer compilers warn.
+std::vector<Dictionary::Entry> normalised(std::vector<Dictionary::Entry> entries) {
+  std::vector<Dictionary::Entry*> order;
+  order.reserve(entries.size());
+  for (auto& entry : entries) order.push_back(&entry);
+  std::sort(order.begin(), order.end(), [](const auto* left, const auto* right) {
+    const int keys = left->key.compare(right->key);
+    return keys != 0 ? keys < 0 : left < right;
+  });
+  std::vector<Dictionary::Entry> sorted;
+  sorted.reserve(entries.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const bool isLast = i + 1 == order.size() || order[i]->key != order[i + 1]->key;
+    if (isLast) sorted.push_back(std::move(*order[i]));
+  }
+  return sorted;
+}
+
+// Adds the pairs of values of two containers, none when they are the same object; false when their
+// sizes or keys differ.
+bool pairUp(const Array& left, const Array& right, Pairs& pairs) {
+  if (left.isSameObject(right)) return true;
+  if (left.size() != right.size()) return false;
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    pairs.emplace_back(left.begin() + i, right.begin() + i);
+  }
+  return true;
+}
+
+bool pairUp(const Dictionary& left, const Dictionary& right, Pairs& pairs) {
+  if (left.isSameObject(right)) return true;
+  if (left.size() != right.size()) return false;
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    const auto& [leftKey, leftValue] = left.begin()[i];
+    const auto& [rightKey, rightValue] = right.begin()[i];
+    if (leftKey != rightKey) return false;
+    pairs.emplace_back(&leftValue, &rightValue);
+  }
+  return true;
 }
 
 }  // namespace
@@ -43,9 +80,8 @@ struct Array::Storage {
 };
 
 struct Dictionary::Storage {
-  Storage(std::vector<Entry> all, Origin from) : entries(std::move(all)), origin(std::move(from)) {
-    normalise(entries);
-  }
+  Storage(std::vector<Entry> all, Origin from)
+      : entries(normalised(std::move(all))), origin(std::move(from)) {}
   Storage(const Storage&) = delete;
   Storage& operator=(const Storage&) = delete;
   ~Storage() {
@@ -111,8 +147,7 @@ bool Array::isSameObject(const Array& other) const {
 }
 
 bool operator==(const Array& left, const Array& right) {
-  return left.isSameObject(right) ||
-         std::equal(left.begin(), left.end(), right.begin(), right.end());
+  return Value(left) == Value(right);
 }
 
 Dictionary::Dictionary(std::initializer_list<Entry> entries)
@@ -158,6 +193,11 @@ std::optional<double> Dictionary::real(std::string_view key) const {
 std::optional<std::string> Dictionary::string(std::string_view key) const {
   const Value* found = find(key);
   return found ? found->string() : std::nullopt;
+}
+
+std::optional<std::string_view> Dictionary::stringView(std::string_view key) const {
+  const Value* found = find(key);
+  return found ? found->stringView() : std::nullopt;
 }
 
 std::optional<Data> Dictionary::data(std::string_view key) const {
@@ -211,8 +251,25 @@ bool Dictionary::isSameObject(const Dictionary& other) const {
 }
 
 bool operator==(const Dictionary& left, const Dictionary& right) {
-  return left.isSameObject(right) ||
-         std::equal(left.begin(), left.end(), right.begin(), right.end());
+  return Value(left) == Value(right);
+}
+
+bool operator==(const Value& left, const Value& right) {
+  Pairs waiting{{&left, &right}};
+  while (!waiting.empty()) {
+    const auto [one, other] = waiting.back();
+    waiting.pop_back();
+    if (const auto* array = std::get_if<Array>(&one->held_)) {
+      const auto* second = std::get_if<Array>(&other->held_);
+      if (second == nullptr || !pairUp(*array, *second, waiting)) return false;
+    } else if (const auto* dictionary = std::get_if<Dictionary>(&one->held_)) {
+      const auto* second = std::get_if<Dictionary>(&other->held_);
+      if (second == nullptr || !pairUp(*dictionary, *second, waiting)) return false;
+    } else if (one->held_ != other->held_) {
+      return false;
+    }
+  }
+  return true;
 }
 
 Value::Type Value::type() const {

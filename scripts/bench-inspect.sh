@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Measures "inspect --jsonl" on $1 payloads (1000000) of about 1 KB: speed and peak memory.
+# Measures "inspect --jsonl" on $1 payloads (by default 1000000) of about 1 KB: speed and peak
+# memory.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 count=${1:-1000000}
@@ -12,8 +13,8 @@ if ! { cmake --preset release && cmake --build --preset release --target morvelu
   exit 1
 fi
 
-# Varied: one to three attachments, every third address plain http, now and then an unknown
-# extension, a tag that nothing fills, no text, or a line that is no JSON.
+# Varied: one to three attachments, every third payload with plain http, now and then an unknown
+# extension, a tag that nothing fills, no body, or a line that is no JSON.
 awk -v count="$count" 'BEGIN {
   srand(1)
   split("png jpg gif mp3 mp4 JPG webp", extensions, " ")
@@ -54,7 +55,7 @@ status=0
 wait "$tool" || status=$?
 end=$(date +%s%N)
 
-# Broken lines are there on purpose, so that the status is 1 when there are any.
+# 1: broken lines, which are there on purpose; 3: errors found.
 [ "$status" -le 1 ] || [ "$status" -eq 3 ]
 wait "$counter"
 [ "$(cat "$work/count")" -eq "$count" ]

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the tool and delivers the example push from the example origin.
+# Installs what is missing, builds the tool and the example origin, and delivers the example push
+# from that origin.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -3,11 +3,17 @@
 set -euo pipefail
 
 packages=(
-  g++ cmake ninja-build pkg-config git binutils
-  libcurl4-openssl-dev libicu-dev libssl-dev
+  # Everything; a library without a platform needs no more.
+  g++ cmake ninja-build git
+  # The Linux platform.
+  pkg-config libcurl4-openssl-dev libicu-dev libssl-dev
+  # The tool and the examples.
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
-  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev
+  # The tests and benchmarks.
+  libgtest-dev libgmock-dev libbenchmark-dev binutils locales openssl python3
+  # The other compilers, and what checks the sources.
+  clang-14 libclang-rt-14-dev libc++-14-dev libc++abi-14-dev clang-19 clang-format-14 clang-tidy-14
+  # The Objective-C face.
   libgnustep-base-dev gnustep-make libobjc-12-dev libblocksruntime-dev
 )
 

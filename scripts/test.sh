@@ -5,16 +5,25 @@ cd "$(dirname "$0")/.."
 
 step() { printf '\n== %s\n' "$*"; }
 
-# build PRESET: configures and builds, quietly unless it fails.
-build() {
+# quietly COMMAND...: shows what the command wrote only if it fails.
+quietly() {
   local log
   log=$(mktemp)
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"$log" 2>&1; then
+  if ! "$@" >"$log" 2>&1; then
     cat "$log"
     rm -f "$log"
     return 1
   fi
   rm -f "$log"
+}
+
+# build PRESET: configures and builds.
+build() { quietly cmake --preset "$1" && quietly cmake --build --preset "$1"; }
+
+# tidy: checks the sources of the library and the tool as the preset clang compiles them.
+tidy() {
+  git ls-files {detection,extension,payload,platform,tools,util}/'*.cpp' ':!platform/none' |
+    xargs -P "$(nproc)" -n 1 clang-tidy-14 -p build/clang --quiet
 }
 
 step "packages"
@@ -31,8 +40,12 @@ step "thread sanitizer"
 build tsan
 ctest --preset tsan -j 2
 
-step "clang and libc++"
+step "clang and libc++, and clang-tidy"
 build clang
+quietly tidy
+
+step "a newer clang"
+build clang-19
 
 step "the Objective-C face on GNUstep, with sanitizers"
 build apple

@@ -5,12 +5,17 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <clocale>
+#include <cstdlib>
 #include <filesystem>
+#include <set>
 
+#include "detection/MediaTypes.h"
+#include "morvelune/UIScreenMorvelune.h"
+#include "platform/linux/AcceptedMedia.h"
 #include "platform/linux/LinuxServices.h"
 #include "support/LoopbackOrigin.h"
 #include "support/TemporaryDirectory.h"
@@ -73,38 +78,33 @@ TEST_F(LinuxFiles, MapsRegularFilesAndNeverWaits) {
   EXPECT_EQ(manager_->contents(at("sparse")).value_or(Data()).size(), farAboveAnyMemory);
 }
 
-TEST_F(LinuxFiles, UniqueStringsDifferAfterAFork) {
-  constexpr std::size_t uuidLength = 36;
-  (void)manager_->globallyUniqueString();  // so that there is a state to share
-  const pid_t child = ::fork();
-  const std::string next = manager_->globallyUniqueString();
-  if (child == 0) {
-    folder_.write("child", next.substr(0, uuidLength));
-    ::_exit(0);
+TEST_F(LinuxFiles, AUniqueStringTellsTheProcessAndCounts) {
+  const std::string form = "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}-" +
+                           std::to_string(::getpid()) + "-[0-9A-F]{16}";
+  EXPECT_TRUE(makeLinuxText()->matches(manager_->globallyUniqueString(), form));
+}
+
+// --- Attachments ---
+
+TEST(LinuxNotificationAttachments, TakeWhatTheLibraryKnowsAndOneTypeMore) {
+  std::set<std::string_view> accepted;
+  for (const AcceptedMedia& each : acceptedMedia) accepted.insert(each.identifier);
+  for (const detection::MediaType& each : detection::mediaTypes()) {
+    EXPECT_EQ(accepted.erase(each.identifier), 1U) << each.identifier << " would be refused";
   }
-  ::waitpid(child, nullptr, 0);
-  constexpr char form[] =
-      "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}-[0-9]+-[0-9A-F]{16}";
-  EXPECT_TRUE(makeLinuxText()->matches(next, form)) << next;
-  const Data ofChild = manager_->contents(at("child")).value();
-  EXPECT_FALSE(ofChild == Data::copyOf(next.substr(0, uuidLength)));
+  EXPECT_EQ(accepted, std::set<std::string_view>{"public.mpeg-2-video"});
 }
 
 // --- Device and locale ---
 
-TEST(LinuxDevice, SeesTheFixedOriginAsTheScreenIsHeld) {
-  const auto origin = [](std::optional<Size> size, int orientation) -> std::string {
-    const auto device =
-        makeLinuxDevice({.screen = size, .orientation = ScreenOrientation(orientation)});
-    const auto point = device->mainScreen()->fixedOriginInCurrentSpace();
-    return point ? std::to_string(int(point->x)) + "," + std::to_string(int(point->y)) : "none";
-  };
-  const char* const origins[] = {"none", "0,0", "812,375", "0,375", "812,0", "none"};
-  for (int orientation = 0; orientation <= 5; ++orientation) {
-    EXPECT_EQ(origin(Size{812, 375}, orientation), origins[orientation]);
+TEST(LinuxDevice, IsHeldAsItsProfileSays) {
+  for (const auto& size : {std::optional(Size{812, 375}), std::optional<Size>()}) {
+    for (int code = 0; code <= 4; ++code) {
+      const auto orientation = UIInterfaceOrientation(code);
+      const auto device = makeLinuxDevice({.screen = size, .orientation = orientation});
+      EXPECT_EQ(mvl_currentOrientation(device->mainScreen()), orientation);
+    }
   }
-  EXPECT_EQ(origin(std::nullopt, 3), "0,1");  // away from zero though no size is known
-  EXPECT_EQ(origin(std::nullopt, 4), "1,0");
 }
 
 // Country and languages as a fresh process with this environment reads them.
@@ -112,21 +112,32 @@ TEST(LinuxDevice, SeesTheFixedOriginAsTheScreenIsHeld) {
   ::setenv("LC_ALL", environment, 1);
   const auto locale = makeLinuxLocale({});
   const std::string country = locale->countryCode().value_or("none");
-  const std::string upper = makeLinuxText()->uppercased("i");  // "İ" by Turkish rules
-  makeLinuxSystemLog()->log("<%@ %@ %@>", {country, locale->preferredLanguages()->at(0), upper});
+  makeLinuxSystemLog()->log("<%@ %@>", {country, locale->preferredLanguages()->at(0)});
   ::_exit(0);
 }
 
 TEST(LinuxLocaleDeathTest, ReadsTheLocaleOfTheProcess) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  const std::pair<const char*, const char*> cases[] = {{"fr_CH.UTF-8", "<CH fr-CH I>"},
-                                                       {"fr", "<none fr I>"},
-                                                       {"C", "<US en-US I>"},
-                                                       {"tr_TR", "<TR tr-TR I>"},
-                                                       {"zh_Hant_TW", "<TW zh-Hant-TW I>"}};
+  const std::pair<const char*, const char*> cases[] = {{"fr_CH.UTF-8", "<CH fr-CH>"},
+                                                       {"fr", "<none fr>"},
+                                                       {"C", "<US en-US>"},
+                                                       {"zh_Hant_TW", "<TW zh-Hant-TW>"}};
   for (const auto& [environment, line] : cases) {
     EXPECT_EXIT(printLocale(environment), ::testing::ExitedWithCode(0), line);
   }
+}
+
+// In this locale "I" has no "i" as its lower case.
+TEST(LinuxLocaleDeathTest, AddressesAreReadAlikeInEveryLocale) {
+  const TemporaryDirectory locales;
+  const std::string turkish = locales.path() + "/tr_TR.ISO-8859-9";
+  ASSERT_EQ(std::system(("localedef -i tr_TR -f ISO-8859-9 " + turkish).c_str()), 0);
+  const auto readFileURL = [&locales] {
+    ::setenv("LOCPATH", locales.path().c_str(), 1);
+    if (std::setlocale(LC_ALL, "tr_TR.ISO-8859-9") == nullptr) ::_exit(2);
+    ::_exit(URL::parse("FILE:///a")->isFileURL() ? 0 : 1);
+  };
+  EXPECT_EXIT(readFileURL(), ::testing::ExitedWithCode(0), "");
 }
 
 // --- Main queue ---

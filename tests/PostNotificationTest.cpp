@@ -11,7 +11,7 @@ namespace {
 // What a post needs of the queue and of the centre, such as its order, their contracts promise.
 TEST(PostNotificationTest, NothingIsPostedBeforeTheMainThreadIsFree) {
   std::vector<PostedNotification> received;
-  const auto center = Platform::current()->notificationCenter;
+  const auto center = linuxNotificationCenter();
   const auto token = center->addObserver(
       "posted", nullptr, [&, main = std::this_thread::get_id()](const auto& posted) {
         EXPECT_EQ(std::this_thread::get_id(), main);

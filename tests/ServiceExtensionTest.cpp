@@ -1,9 +1,10 @@
 // The service extension: the deliveries that data/deliveries.json describes, and what no table can.
 //
-// A case tells the payload and what the servers answer, then step by step what the handler is
-// given,
-// "" for nothing; whether the push left the extension untouched; then, unless it is silent about
-// them, all requests, staged files and log lines.
+// A case tells the payload and what the servers answer ("fails": true for an error, beside which a
+// download has its file if there is a body; "noFile": true for neither an error nor a file), then
+// step by step what the handler is given, "" for nothing. It may tell all requests in order
+// ("started"), the files that stay and the lines of the log, where "@" is their folder. A push
+// leaves the extension as it was if it is "untouched".
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -60,55 +61,52 @@ class Receiver {
 
  public:
   const std::shared_ptr<ExposedExtension> extension = std::make_shared<ExposedExtension>();
-  InMemoryPlatform memory;  // which ends the pending tasks before the rest goes
+  InMemoryPlatform memory;
   InMemoryURLSession& network = memory.network();
 };
 
-Answer answerOf(const ordered_json& given) {
+Answer answerOf(const ordered_json& any) {
+  const ordered_json given = checked(any, {"status", "body", "name", "fails", "noFile"});
   Answer answer{.status = given.value("status", 200), .body = textOf(given.value("body", ""))};
   if (given.contains("name")) answer.suggestedFilename = given["name"];
-  if (given.contains("fails")) answer.error = Error{"", -1, "lost"};
+  if (given.value("fails", false)) answer.error = Error{"", -1, "lost"};
+  answer.hasFile = !given.value("noFile", false);
   return answer;
 }
 
+void run(const std::string& step, Receiver& receiver, const Value& payload) {
+  if (step == "receive") return receiver.receive(payload.dictionary());
+  if (step == "expire") return receiver.extension->serviceExtensionTimeWillExpire();
+  if (step == "finish all") return receiver.network.finishAll();
+  EXPECT_TRUE(step.starts_with("finish ") && receiver.network.finish(step.substr(7))) << step;
+}
+
 TEST(ServiceExtensionTest, DeliversAsWritten) {
-  for (const ordered_json& each : testData("data/deliveries.json")) {
+  const Keys keys{"payload", "answers", "steps", "started", "files", "log", "untouched"};
+  for (const ordered_json& each : casesOf(testData("data/deliveries.json"), keys)) {
     SCOPED_TRACE(each.dump());
     Receiver receiver;
     InMemoryPlatform& memory = receiver.memory;
     InMemoryURLSession& network = receiver.network;
     const ordered_json answers = each.value("answers", ordered_json::object());
     for (const auto& [url, answer] : answers.items()) network.answer(url, answerOf(answer));
-    memory.files().isReadable = !each.contains("unreadable");
-    for (const ordered_json& step : each["steps"]) {
-      const std::string what = step[0];
-      if (what == "receive") receiver.receive(valueOf(each["payload"]).dictionary());
-      if (what == "expire") receiver.extension->serviceExtensionTimeWillExpire();
-      if (what == "finish all") network.finishAll();
-      if (what.starts_with("finish http")) network.finish(what.substr(7));
-      EXPECT_EQ(receiver.delivered(), step[1]) << what;
+    for (const ordered_json& step : each.at("steps")) {
+      run(step.at(0), receiver, valueOf(each.at("payload")));
+      EXPECT_EQ(receiver.delivered(), step.at(1).get<std::string>()) << step;
     }
-    const bool isUntouched = each.contains("untouched");
+    const bool isUntouched = each.value("untouched", false);
     EXPECT_EQ(receiver.extension->mvlBestAttemptContent() == nullptr, isUntouched);
     EXPECT_EQ(receiver.extension->internalContentHandler() == nullptr, isUntouched);
-    ordered_json files = ordered_json::array();
-    for (const auto& [path, bytes] : memory.files().files) files.push_back(path);
     EXPECT_EQ(each.value("started", ordered_json(network.started)), network.started);
-    EXPECT_EQ(network.made, network.started);
-    EXPECT_EQ(each.value("files", files), files);
-    EXPECT_EQ(each.value("log", ordered_json(memory.log())), memory.log());
+    for (const auto& [url, answer] : answers.items()) {
+      EXPECT_GT(std::count(network.started.begin(), network.started.end(), url), 0) << url;
+    }
+    const Strings files = network.folder.names();
+    EXPECT_EQ(each.value("files", ordered_json(files)), files);
+    Strings log = memory.log();
+    for (std::string& line : log) replaceAll(line, network.folder.path(), "@");
+    EXPECT_EQ(each.value("log", ordered_json(log)), log);
   }
-}
-
-TEST(ServiceExtensionTest, TasksAreCountedBeforeTheyStart) {
-  InMemoryPlatform memory;
-  const auto made = std::make_shared<ExposedExtension>();
-  const auto tracking = made->trackingTaskForNotification(push);
-  EXPECT_EQ(memory.log(), Strings{"//--// track url: http:/t"});
-  const auto tasks = made->attachmentsTasksForNotification({{"mvl-atts", Array{entry, entry}}});
-  EXPECT_EQ(made->internalOperationsCount(), 3U);
-  EXPECT_EQ(memory.network().made, (Strings{"http:/t", "http://h/a", "http://h/a"}));
-  EXPECT_EQ(memory.network().started, Strings{});
 }
 
 TEST(ServiceExtensionTest, AllAreCountedBeforeTheFirstStartsAndDownloadsBeforeTheFirstIsMade) {
@@ -128,10 +126,57 @@ TEST(ServiceExtensionTest, TheBestAttemptIsACopyOfWhatThereIs) {
   const auto before = receiver.extension->mvlBestAttemptContent();
   receiver.network.finish("http://h/a");
   receiver.network.finish("http://h/a");
-  EXPECT_EQ(before->attachments().size(), 0U);
   EXPECT_EQ(receiver.extension->mvlBestAttemptContent()->attachments().at(0)->identifier(), "b");
+  EXPECT_EQ(before->attachments().size(), 0U);
   // These stay in the order of completion.
   EXPECT_EQ(receiver.extension->internalAttachments().at(0)->identifier(), "c");
+}
+
+// A content in whose first write a download completes.
+class MetContent : public UNMutableNotificationContent {
+ public:
+  void setAttachments(Attachments attachments) override {
+    if (const auto complete = std::exchange(completion, nullptr)) complete();
+    UNMutableNotificationContent::setAttachments(std::move(attachments));
+  }
+  std::function<void()> completion;
+};
+
+TEST(ServiceExtensionTest, WhatIsCollectedDuringAWriteIsNotLost) {
+  InMemoryPlatform memory;
+  memory.network().answer("http://h/a", {.body = pngBytes()});
+  const auto extension = std::make_shared<ExposedExtension>();
+  const auto content = std::make_shared<MetContent>();
+  content->completion = [&memory] { memory.network().finish("http://h/a"); };
+  extension->setInternalBestAttemptContent(content);
+  extension->setInternalOperationsCount(2);  // so that nothing is delivered
+  extension->downloadTaskForAttachment(entry)->resume();
+  EXPECT_EQ(extension->mvlBestAttemptContent()->attachments().size(), 1U);
+}
+
+// A log that is watched.
+class WatchedLog : public SystemLog {
+ public:
+  explicit WatchedLog(std::function<void(const std::string&)> watch) : watch_(std::move(watch)) {}
+  void writeLine(const std::string& line) override { watch_(line); }
+
+ private:
+  const std::function<void(const std::string&)> watch_;
+};
+
+TEST(ServiceExtensionTest, ATaskIsCountedAfterItsLineAndCountedDownBeforeItsFileIsRead) {
+  std::map<std::string, std::size_t> counts;  // as each line was written
+  Receiver receiver;
+  receiver.network.answer("http://h/a", {.body = "of no type"});
+  const auto platform = std::make_shared<Platform>(*Platform::current());
+  platform->systemLog = std::make_shared<WatchedLog>([&](const std::string& line) {
+    counts[line.substr(0, 7)] = receiver.extension->internalOperationsCount();
+  });
+  Platform::install(platform);
+  receiver.receive(push);
+  receiver.network.finish("http://h/a");
+  EXPECT_EQ(counts,
+            (std::map<std::string, std::size_t>{{"//--// ", 0}, {"Unknown", 1}, {"Failed ", 1}}));
 }
 
 TEST(ServiceExtensionTest, ADownloadKeepsTheExtensionAliveAndTrackingDoesNot) {
@@ -148,7 +193,26 @@ TEST(ServiceExtensionTest, ADownloadKeepsTheExtensionAliveAndTrackingDoesNot) {
   EXPECT_TRUE(memory.network().finish("http:/t"));  // finds nobody, does nothing
 }
 
-// Expiry, a host's reads and completions meet; the thread sanitizer watches.
+TEST(ServiceExtensionTest, ARequestWithTasksNeedsAnOwnerOfTheExtension) {
+  InMemoryPlatform memory;
+  for (const char* key : {"mvl-tk", "mvl-atts"}) {
+    const Dictionary payload{{"k2tid", 1}, {key, push.value(key).value()}};
+    const auto content = std::make_shared<const UNNotificationContent>(
+        UNNotificationContent::Fields{.userInfo = payload});
+    ExposedExtension unowned;
+    EXPECT_THROW(unowned.didReceiveNotificationRequest({content}, [](const auto&) {}),
+                 std::bad_weak_ptr);
+  }
+}
+
+TEST(ServiceExtensionTest, OnePlatformServesARequestToItsEnd) {
+  Receiver receiver;
+  receiver.network.watch = [] { Platform::install(nullptr); };  // as the first task is made
+  receiver.receive(push);
+  EXPECT_EQ(receiver.network.started, (Strings{"http:/t", "http://h/a"}));
+}
+
+// Expiry, a host's reads, its platform and completions meet; the thread sanitizer watches.
 TEST(ServiceExtensionTest, AllThreadsMayMeet) {
   InMemoryPlatform memory;
   memory.network().answer("http://h/a", {.body = pngBytes()});
@@ -164,9 +228,15 @@ TEST(ServiceExtensionTest, AllThreadsMayMeet) {
   std::thread expiring([&extension] {
     for (int i = 0; i < 20; ++i) extension->serviceExtensionTimeWillExpire();
   });
+  std::atomic<bool> isDone{false};
+  std::thread installing([&isDone, platform = Platform::current()] {
+    while (!isDone) Platform::install(platform);
+  });
   for (int i = 0; i < 200; ++i) (void)extension->mvlBestAttemptContent()->attachments();
   completing.join();
   expiring.join();
+  isDone = true;
+  installing.join();
   EXPECT_EQ(handled, 21);
   EXPECT_EQ(extension->internalBestAttemptContent()->attachments().size(), 200U);
 }

@@ -8,10 +8,12 @@ namespace morvelune::testing {
 namespace {
 
 TEST(SuggestedFilenameTest, IsThatOfTheHeaderElseOfTheURL) {
-  for (const auto& each : testData("data/suggested-filenames.json")) {
+  const Keys keys{"header", "url", "name"};
+  for (const auto& each : casesOf(testData("data/suggested-filenames.json"), keys)) {
     std::optional<std::string> header;
-    if (!each["header"].is_null()) header = textOf(each["header"]);
-    EXPECT_EQ(suggestedFilename(header, each["url"]), each["name"]) << each;
+    if (!each.at("header").is_null()) header = textOf(each["header"]);
+    EXPECT_EQ(suggestedFilename(header, each.at("url")), each.at("name").get<std::string>())
+        << each;
   }
 }
 

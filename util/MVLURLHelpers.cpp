@@ -9,6 +9,7 @@
 #include "morvelune/MVLConstants.h"
 #include "morvelune/UIScreenMorvelune.h"
 #include "morvelune/platform/Platform.h"
+#include "util/Tags.h"
 
 namespace morvelune {
 namespace {
@@ -29,11 +30,17 @@ std::string screenSize(const Screen* screen) {
 }
 
 std::string orientationName(const std::shared_ptr<const Screen>& screen) {
-  const std::ptrdiff_t code = mvl_currentOrientation(screen);
-  return code == 1 || code == 2 ? "portrait" : "landscape";
+  switch (mvl_currentOrientation(screen)) {
+    case UIInterfaceOrientationPortrait:
+    case UIInterfaceOrientationPortraitUpsideDown:
+      return "portrait";
+    default:
+      return "landscape";
+  }
 }
 
-// The shortest text that reads back as the same number, "2.5" or "1e+300".
+// The first of its texts with 15, 16 and 17 significant digits that reads back as the same number,
+// such as "2.5" or "1e+300".
 std::string shortestText(double number) {
   std::ostringstream text;
   text.imbue(std::locale::classic());
@@ -52,10 +59,11 @@ std::string shortestText(double number) {
 
 // The text that a parameter's value is inserted as; empty for a value that counts as missing.
 std::optional<std::string> insertedText(const Value& value) {
-  if (const auto text = value.string()) return text;
+  if (auto text = value.string()) return text;
   if (const auto flag = value.boolean()) return *flag ? "1" : "0";
-  if (const auto number = value.integer()) return std::to_string(*number);
-  if (const auto number = value.unsignedInteger()) return std::to_string(*number);
+  if (auto text = value.visitInteger([](auto number) { return std::to_string(number); })) {
+    return text;
+  }
   if (const auto number = value.real()) return shortestText(*number);
   return std::nullopt;
 }
@@ -71,15 +79,15 @@ Dictionary mergedParameters(const Dictionary& given) {
 
 }  // namespace
 
-std::optional<std::string> MVLURLHelpers::filledURL(const std::optional<std::string>& url,
+std::optional<std::string> MVLURLHelpers::filledURL(std::optional<std::string_view> url,
                                                     const std::optional<Dictionary>& parameters,
                                                     bool allParamsRequired) {
   if (!url) return std::nullopt;
-  std::string filled = *url;
+  std::string filled(*url);
   for (const auto& [key, value] : mergedParameters(parameters.value_or(Dictionary()))) {
     const NSRange tag = rangeOfTag(key, filled);
     if (tag.location == NSNotFound) continue;
-    const std::string text = *value.string();
+    const std::string_view text = *value.stringView();
     const bool isNull = text == kMVLNullValue;
     if (isNull && allParamsRequired) return std::nullopt;
     filled.replace(tag.location, tag.length, isNull ? "" : text);
@@ -87,22 +95,20 @@ std::optional<std::string> MVLURLHelpers::filledURL(const std::optional<std::str
   return filled;
 }
 
-std::optional<std::string> MVLURLHelpers::filledURL(const std::optional<std::string>& url,
+std::optional<std::string> MVLURLHelpers::filledURL(std::optional<std::string_view> url,
                                                     const std::optional<Dictionary>& parameters) {
   return filledURL(url, parameters, false);
 }
 
-std::optional<std::string> MVLURLHelpers::filledURL(const std::optional<std::string>& url) {
+std::optional<std::string> MVLURLHelpers::filledURL(std::optional<std::string_view> url) {
   return filledURL(url, std::nullopt, false);
 }
 
 NSRange MVLURLHelpers::rangeOfTag(std::string_view tag, std::string_view inString) {
   const auto text = Platform::current()->text;
-  // A template that was itself URL-encoded carries its bars as "%7c" or "%7C"; the search ignores
-  // case, so one spelling finds both.
-  for (const std::string delimiter : {"|", "%7c"}) {
-    const NSRange range =
-        text->rangeIgnoringCase(delimiter + std::string(tag) + delimiter, inString);
+  for (const std::string_view delimiter : tagDelimiters) {
+    const std::string written = std::string(delimiter).append(tag).append(delimiter);
+    const NSRange range = text->rangeIgnoringCase(written, inString);
     if (range.location != NSNotFound) return range;
   }
   return {};

@@ -1,9 +1,11 @@
 #include "morvelune/NSStringMorvelune.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <span>
 
+#include "morvelune/platform/ASCII.h"
 #include "morvelune/platform/Platform.h"
 
 namespace morvelune {
@@ -31,7 +33,13 @@ double number(std::string_view text) {
   return Platform::current()->text->doubleValue(plain);
 }
 
-// The first version whose strings encode and decode themselves by a set of allowed characters.
+// ISO 4217: a code is three letters.
+bool isCurrencyCode(std::string_view text) {
+  return text.size() == 3 && std::all_of(text.begin(), text.end(), isASCIILetter);
+}
+
+// Whether the system is version 9 or later, the first that percent-encodes by a set of allowed
+// characters.
 bool hasModernPercentCoding() {
   return Platform::current()->device->isOperatingSystemAtLeastVersion({9, 0, 0});
 }
@@ -47,20 +55,17 @@ std::string mvl_SHA1String(std::string_view receiver) {
 }
 
 std::optional<std::string> mvl_currencyString(std::string_view receiver) {
-  constexpr std::size_t codeLength = 3;
-  const auto platform = Platform::current();
-  if (platform->text->length(receiver) < codeLength) return std::nullopt;
-  const std::string code = platform->text->prefix(receiver, codeLength);
-  // Any locale would do as a directory of known codes; a fixed one gives every user the same.
-  if (!platform->locale->currencyName("fr_FR", code)) return std::nullopt;
-  return platform->text->uppercased(code);
+  const std::string_view code = receiver.substr(0, 3);
+  if (!isCurrencyCode(code)) return std::nullopt;
+  // A fixed locale, so that every user gets the same answer.
+  if (!Platform::current()->locale->currencyName("fr_FR", code)) return std::nullopt;
+  return asciiUppercased(code);
 }
 
 bool mvl_isNumberIncrementation(std::string_view receiver) {
-  const auto text = Platform::current()->text;
-  const std::string plain = withoutBlanks(receiver);
-  // The unescaped dot lets any one character separate: deliberate.
-  return text->length(plain) >= 2 && text->matches(plain, R"(^(\+|\-)\d+(.|\,)?\d*$)");
+  // No text of fewer than two characters matches. The unescaped dot lets any one character
+  // separate: deliberate.
+  return Platform::current()->text->matches(withoutBlanks(receiver), R"(^(\+|\-)\d+(.|\,)?\d*$)");
 }
 
 std::string mvl_stringByIncrementingByStringNumber(std::string_view receiver,
@@ -68,6 +73,8 @@ std::string mvl_stringByIncrementingByStringNumber(std::string_view receiver,
                                                    bool addPositiveSign) {
   if (!increment) return "";
   const double sum = number(receiver) + number(*increment);
+  // Of opposite infinities. Its sign is the processor's choice, which "%lf" would show.
+  if (std::isnan(sum)) return "nan";
   std::string text = sum > 0 && addPositiveSign ? "+" : "";
   return text += Platform::current()->text->fixedNotation(sum);
 }

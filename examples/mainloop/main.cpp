@@ -13,7 +13,7 @@ using namespace morvelune;
 int main() {
   const auto queue = linuxMainQueue();
   int left = 3;
-  Platform::current()->notificationCenter->addObserver(
+  linuxNotificationCenter()->addObserver(
       "tapped", nullptr, [&left](const PostedNotification& notification) {
         std::cout << "tapped " << notification.userInfo->string("bid").value_or("?") << '\n';
         --left;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Value.h"
 
 namespace morvelune {
@@ -14,6 +15,7 @@ inline constexpr char MVLUTIMapObjectOffsetKey[] = "offset";  // integer: where 
 
 // A record of a private copy of the `length` bytes at `bytes`, of `length` and of `offset`. Nothing
 // is validated; a length of 0 gives an empty buffer, and `bytes` may then be null.
-[[nodiscard]] Dictionary FSign(const void* bytes, std::size_t length, std::size_t offset);
+[[nodiscard]] MORVELUNE_API Dictionary FSign(const void* bytes, std::size_t length,
+                                             std::size_t offset);
 
 }  // namespace morvelune

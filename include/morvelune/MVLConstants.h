@@ -16,7 +16,7 @@ inline constexpr char MVLAttachmentIDKey[] = "att-id";
 // The payload's flag that tells that the display tracking request was scheduled.
 inline constexpr char MVLPayloadTrackingSentKey[] = "mvl-disp-track-sent";
 
-// The value of a template parameter that has no value.
+// The value that says that a template parameter has none.
 inline constexpr char kMVLNullValue[] = "MVLNullValue";
 
 // Exported for host applications; the library does not use them.

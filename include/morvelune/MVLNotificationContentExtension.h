@@ -5,27 +5,30 @@
 //     auto params = MVLNotificationContentExtension::actionCustomParams({}, response);
 //   }
 //
-// Absent and empty are different answers: a notification of another sender, or a system action
-// (opened, dismissed), gives nothing; a button without parameters gives the empty dictionary.
+// Absent and empty are different answers. A notification of another sender gives nothing, nor does
+// a system action (opened, dismissed) where the action counts. A button without parameters gives
+// the empty dictionary.
 #pragma once
 
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "morvelune/MVLPushHelpers.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/UNNotification.h"
 #include "morvelune/platform/Value.h"
 
 namespace morvelune {
 
 // Stateless; callable from any thread.
-class MVLNotificationContentExtension {
+class MORVELUNE_API MVLNotificationContentExtension {
  public:
   MVLNotificationContentExtension() = delete;
 
   // Whether the tapped button's "delay-dismiss" reads as true: a boolean that is, a number other
-  // than zero, or a string in which, after white space, one sign and zeros, stands Y, y, T, t or a
-  // digit from 1 to 9. False for a foreign notification, a system action and an unknown button.
+  // than zero, or a string in which, after any white space, an optional sign and any zeros, comes
+  // Y, y, T, t or a digit from 1 to 9. False for a foreign notification, a system action and an
+  // unknown button.
   [[nodiscard]] static bool shouldDelayDismissForNotificationResponse(
       const UNNotificationResponse& response);
 
@@ -37,7 +40,7 @@ class MVLNotificationContentExtension {
   // has none. Empty for a foreign notification and a system action. The first argument is not
   // used: the action is always that of the response.
   [[nodiscard]] static std::optional<Dictionary> actionCustomParams(
-      const std::optional<std::string>& action,
+      std::optional<std::string_view> action,
       const UNNotificationResponse& forNotificationResponse);
 };
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <variant>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/UNNotification.h"
 #include "morvelune/platform/URL.h"
 #include "morvelune/platform/Value.h"
@@ -21,7 +22,7 @@ using AnyNotification = std::variant<std::monostate, Value, UNNotification, UNNo
                                      UNNotificationRequest>;
 
 // Stateless; callable from any thread.
-class MVLPushHelpers {
+class MORVELUNE_API MVLPushHelpers {
  public:
   MVLPushHelpers() = delete;
 
@@ -42,12 +43,13 @@ class MVLPushHelpers {
       std::optional<std::string_view> action, const AnyNotification& forNotification);
 
   // The payload without the keys that are reserved to the system and the platform; its values are
-  // untouched. Empty for an absent payload.
+  // untouched. The empty dictionary for an absent payload.
   [[nodiscard]] static Dictionary customParamsFromUserInfo(
       const std::optional<Dictionary>& userInfo);
 
   // The first button of "k2tb" whose "bid" is exactly the action, as the same object. Empty when
-  // there is none, and for an absent action or payload. Elements that are no button never match.
+  // there is none, and for an absent action or payload. Elements that are no dictionary are
+  // skipped.
   [[nodiscard]] static std::optional<Dictionary> actionParams(
       std::optional<std::string_view> action, const std::optional<Dictionary>& fromUserInfo);
 

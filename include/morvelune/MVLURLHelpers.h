@@ -2,40 +2,43 @@
 //
 //   MVLURLHelpers::filledURL("https://t.example/?d=|idfv|&u=|uid|", Dictionary{{"uid", "7"}});
 //
-// A tag is a parameter's name between delimiters, |name|, %7cname%7c or %7Cname%7C, found without
-// regard to case. Stateless; callable from any thread.
+// A tag is a parameter's name between two bars, |name|, or between two encoded bars, each of them
+// %7c or %7C. It is found without regard to case. Stateless; callable from any thread.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Text.h"
 #include "morvelune/platform/Value.h"
 
 namespace morvelune {
 
-class MVLURLHelpers {
+class MORVELUNE_API MVLURLHelpers {
  public:
   MVLURLHelpers() = delete;
 
   // `url` with the first occurrence of each parameter's tag replaced by the parameter's value,
-  // inserted as it stands. `parameters` are laid over the common ones and win. A number or boolean
-  // is inserted as the text that the platform gives it (1, 2.5; 1 for true); a parameter of any
-  // other type counts as missing. The value kMVLNullValue blanks its tag, or, with
-  // `allParamsRequired`, makes the whole result empty if the tag occurs. Tags of no parameter stay
-  // as they are. Empty for an absent template.
+  // inserted as it stands. `parameters` are laid over the common ones and win. An integer is
+  // inserted with all its digits. Another number is inserted with 15 significant digits, or with 16
+  // or 17 when fewer do not read back as the same number, and without trailing zeros (7, 2.5,
+  // 1e+300). A boolean is inserted as 1 or 0; a parameter of any other type counts as missing. The
+  // value kMVLNullValue blanks its tag, or, with `allParamsRequired`, makes the whole result
+  // nothing if the tag occurs. Tags of no parameter stay as they are. Nothing for an absent
+  // template.
   //
   // Keys are visited in no promised order; a value that holds another key's tag may or may not be
   // filled in turn.
   [[nodiscard]] static std::optional<std::string> filledURL(
-      const std::optional<std::string>& url, const std::optional<Dictionary>& parameters,
+      std::optional<std::string_view> url, const std::optional<Dictionary>& parameters,
       bool allParamsRequired);
   // The same with `allParamsRequired` off.
   [[nodiscard]] static std::optional<std::string> filledURL(
-      const std::optional<std::string>& url, const std::optional<Dictionary>& parameters);
+      std::optional<std::string_view> url, const std::optional<Dictionary>& parameters);
   // The same with the common parameters only.
-  [[nodiscard]] static std::optional<std::string> filledURL(const std::optional<std::string>& url);
+  [[nodiscard]] static std::optional<std::string> filledURL(std::optional<std::string_view> url);
 
   // Where the tag stands in the string, delimiters included, as a range of its bytes; the plain
   // form is looked for first, wherever an encoded one stands. NSNotFound when there is none.

@@ -1,4 +1,5 @@
-// The whole public interface of the library, and its two version symbols.
+// The public interface of the library, but for platform/linux/ and the helpers platform/ASCII.h and
+// platform/Path.h, and its two version symbols.
 #pragma once
 
 #include "morvelune/FSign.h"
@@ -11,11 +12,12 @@
 #include "morvelune/NSStringMorvelune.h"
 #include "morvelune/UIScreenMorvelune.h"
 #include "morvelune/UNNotificationToDictionary.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Platform.h"
 
 extern "C" {
 // "@(#)PROGRAM:MorveluneExtension  PROJECT:Morvelune-1\n", found by what(1) and strings(1).
-extern const unsigned char MorveluneExtensionVersionString[];
+MORVELUNE_API extern const unsigned char MorveluneExtensionVersionString[];
 // 1.0
-extern const double MorveluneExtensionVersionNumber;
+MORVELUNE_API extern const double MorveluneExtensionVersionNumber;
 }

@@ -10,7 +10,7 @@ class AppleDigest : public Digest {
   [[nodiscard]] std::array<std::byte, 16> md5(std::string_view bytes) const override {
     std::array<std::byte, CC_MD5_DIGEST_LENGTH> digest{};
 #pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"  // it is no secret that is digested
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"  // MD5 keeps no secret here
     CC_MD5(bytes.data(), static_cast<CC_LONG>(bytes.size()),
            reinterpret_cast<unsigned char*>(digest.data()));
 #pragma clang diagnostic pop

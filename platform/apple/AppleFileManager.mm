@@ -1,35 +1,27 @@
+#include "platform/FilePath.h"
 #include "platform/apple/AppleServices.h"
 #import "platform/apple/Conversion.h"
 
 namespace morvelune::apple {
 namespace {
 
-// Whether a file can have this address. The platform would cut a path at its zero byte.
-bool namesAFile(const URL& url) {
-  return url.isFileURL() && url.path().find('\0') == std::string::npos;
-}
-
 class AppleFileManager : public FileManager {
  public:
   [[nodiscard]] std::optional<Data> contents(const URL& file) const override {
-    if (!namesAFile(file)) return std::nullopt;
+    if (!filePath(file)) return std::nullopt;
     return optionalFromNative([NSData dataWithContentsOfURL:toNative(file)
                                                     options:NSDataReadingMappedIfSafe
                                                       error:nullptr]);
   }
 
   [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override {
-    if (!namesAFile(from) || !namesAFile(to)) {
+    if (!filePath(from) || !filePath(to)) {
       return Error{NSCocoaErrorDomain, NSFileWriteInvalidFileNameError,
                    "The file name is invalid."};
     }
     NSError* error = nil;
-    const BOOL moved = [[NSFileManager defaultManager] moveItemAtURL:toNative(from)
-                                                               toURL:toNative(to)
-                                                               error:&error];
-    if (moved) return std::nullopt;
-    // A failure that the platform does not explain is one all the same.
-    return fromNative(error).value_or(Error{NSCocoaErrorDomain, NSFileWriteUnknownError, ""});
+    [[NSFileManager defaultManager] moveItemAtURL:toNative(from) toURL:toNative(to) error:&error];
+    return fromNative(error);
   }
 
   [[nodiscard]] std::string globallyUniqueString() override {

@@ -25,8 +25,9 @@ class AppleLocale : public Locale {
     NSLocale* locale =
         [[[NSLocale alloc] initWithLocaleIdentifier:toNative(localeIdentifier)] autorelease];
     NSString* name = [locale displayNameForKey:NSLocaleCurrencyCode value:code];
-    // The platform's data names an unknown code by itself.
-    return [name isEqualToString:code] ? std::nullopt : optionalFromNative(name);
+    // To the platform the name of an unknown code is none, an empty one or the code itself.
+    if (name.length == 0 || [name isEqualToString:code]) return std::nullopt;
+    return fromNative(name);
   }
 };
 

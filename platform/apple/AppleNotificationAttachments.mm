@@ -7,7 +7,7 @@ namespace {
 class AppleNotificationAttachments : public NotificationAttachments {
  public:
   [[nodiscard]] Result attachment(const std::string& identifier, const URL& file,
-                                  const std::optional<std::string>& typeHint) const override {
+                                  std::optional<std::string_view> typeHint) const override {
     NSDictionary* options =
         typeHint ? @{UNNotificationAttachmentOptionsTypeHintKey : toNative(*typeHint)} : nil;
     NSError* error = nil;

@@ -9,7 +9,7 @@
 
 namespace morvelune::apple {
 
-// The shared session. It can cancel the tasks that this library started, and no others.
+// Runs its tasks on the platform's shared session.
 std::shared_ptr<URLSession> makeURLSession();
 std::shared_ptr<FileManager> makeFileManager();
 std::shared_ptr<NotificationAttachments> makeNotificationAttachments();

@@ -16,21 +16,6 @@ class AppleText : public Text {
                       searched);
   }
 
-  [[nodiscard]] std::string uppercased(std::string_view text) const override {
-    return fromNative([toNative(text) uppercaseString]);
-  }
-
-  [[nodiscard]] std::string prefix(std::string_view text, std::size_t count) const override {
-    NSString* whole = toNative(text);
-    if (count >= whole.length) return fromNative(whole);
-    const bool splitsPair = count > 0 && ([whole characterAtIndex:count - 1] & 0xFC00U) == 0xD800U;
-    return fromNative([whole substringToIndex:splitsPair ? count - 1 : count]);
-  }
-
-  [[nodiscard]] std::size_t length(std::string_view text) const override {
-    return toNative(text).length;
-  }
-
   [[nodiscard]] bool matches(std::string_view text, std::string_view expression) const override {
     @try {
       return [[NSPredicate predicateWithFormat:@"SELF MATCHES %@", toNative(expression)]
@@ -57,7 +42,7 @@ class AppleText : public Text {
 
   [[nodiscard]] std::string addingPercentEscapes(std::string_view text) const override {
 #pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"  // as of iOS 9, which has the other
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"  // called before iOS 9 only
     const CFStringRef escaped = CFURLCreateStringByAddingPercentEscapes(
         kCFAllocatorDefault, (CFStringRef)toNative(text), nullptr,
         (CFStringRef) @"!*'();:@&=+$,/?%#[]", kCFStringEncodingUTF8);

@@ -1,8 +1,9 @@
-// Conversions between the platform's objects and the library's: one pair of functions per pair of
-// types. toNative() gives objects that the caller's autorelease pool owns; an absent value is nil.
-// fromNative() reads nil as the empty string, array or dictionary, where it gives no optional.
+// Conversions between the platform's objects and the library's. toNative() gives objects that the
+// caller's autorelease pool owns, and nil for an absent value. Where fromNative() gives no optional
+// and no pointer, it reads nil as empty.
 //
-// Identity is kept: a value that was made from an object turns into that very object again.
+// Identity is kept: a Value, Dictionary, content, attachment or handler that was made from an
+// object turns into that very object again.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -30,14 +31,14 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 // The object that is kept; nil for null.
 [[nodiscard]] id objectOf(const Origin& origin);
 
-// UTF-8. What no UTF-8 can express (half a surrogate pair) is dropped or replaced, as the platform
-// does it; bytes that are no UTF-8 are read as ISO 8859-1.
+// UTF-8. A leading U+FEFF is kept. What no UTF-8 can express (half a surrogate pair) is dropped or
+// replaced, as the platform does it; bytes that are no UTF-8 are read as ISO 8859-1.
 [[nodiscard]] std::string fromNative(NSString* text);
 [[nodiscard]] NSString* toNative(std::string_view text);
 
-// Strings, numbers, data, arrays, dictionaries and the null object become the library's values.
-// Any other object, and a container nested deeper than the library ever looks, becomes an opaque
-// value. Entries whose key is no string are left out.
+// Strings, numbers, data, arrays and dictionaries become the library's values; nil and the null
+// object become null. Any other object becomes an opaque value, and so does a container that stands
+// in itself or deeper than the library looks. Entries whose key is no string are left out.
 [[nodiscard]] Value valueFromNative(id object);
 [[nodiscard]] id objectFromValue(const Value& value);
 [[nodiscard]] Dictionary fromNative(NSDictionary* dictionary);
@@ -45,7 +46,7 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 [[nodiscard]] Data fromNative(NSData* data);
 [[nodiscard]] NSData* toNative(const Data& data);
 
-// A file URL is read by its path. Empty for nil and for what the library calls no URL.
+// A file URL is read by its path alone. Empty for nil.
 [[nodiscard]] std::optional<URL> fromNative(NSURL* url);
 [[nodiscard]] NSURL* toNative(const URL& url);
 
@@ -53,11 +54,12 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
 [[nodiscard]] std::optional<Error> fromNative(NSError* error);
 [[nodiscard]] std::optional<URLResponse> fromNative(NSURLResponse* response);
 
-// A range of bytes of `text` in units of the string that it becomes, and back.
+// A range of the bytes of `text` becomes one of the UTF-16 units of the string that is made of it,
+// and back.
 [[nodiscard]] ::NSRange toNative(const NSRange& range, std::string_view text);
 [[nodiscard]] NSRange fromNative(::NSRange range, NSString* text);
 
-// Null for nil, and back.
+// Null for nil, and nil for null.
 [[nodiscard]] std::shared_ptr<const UNNotificationContent> fromNative(
     ::UNNotificationContent* content);
 [[nodiscard]] std::shared_ptr<UNMutableNotificationContent> fromNative(
@@ -67,23 +69,23 @@ using HandlerBlock = void (^)(::UNNotificationContent*);
     ::UNNotificationAttachment* attachment);
 [[nodiscard]] UNNotificationContent::Attachments fromNative(
     NSArray<::UNNotificationAttachment*>* attachments);
-// Without those that no object of the platform stands behind.
+// Leaves out attachments that were not made from an object of the platform.
 [[nodiscard]] NSArray<::UNNotificationAttachment*>* toNative(
     const UNNotificationContent::Attachments& attachments);
 
 [[nodiscard]] UNNotificationRequest fromNative(::UNNotificationRequest* request);
 [[nodiscard]] UNNotification fromNative(::UNNotification* notification);
 [[nodiscard]] UNNotificationResponse fromNative(::UNNotificationResponse* response);
-// Whatever may stand for a notification.
+// A dictionary, notification, response or request; for any other object and nil, no notification.
 [[nodiscard]] AnyNotification notificationFromNative(id object);
 
-// Empty for nil. The block is retained as long as a copy of the handler lives.
+// Empty for nil. The block lives as long as a copy of the handler does.
 [[nodiscard]] UNNotificationServiceExtension::ContentHandler fromNative(HandlerBlock handler);
 // The block that a handler was made from, which lasts as long as the caller's autorelease pool; nil
 // for any other handler.
 [[nodiscard]] HandlerBlock toNative(const UNNotificationServiceExtension::ContentHandler& handler);
 
-// A task of the platform's session, and the session's task of one that it made.
+// The platform's own task behind a task of makeURLSession(); nil for any other.
 [[nodiscard]] NSURLSessionTask* toNative(const URLSessionTask* task);
 
 // Nil for an absent value.

@@ -8,7 +8,8 @@
 
 #include "platform/apple/NativeContent.h"
 
-// Keeps a copied block, which is no object everywhere, until the autorelease pool lets go of it.
+// Holds a copy of a block. Unlike a block, which is no object on the GCC runtime, it can be
+// autoreleased.
 @interface MVLBlockHolder : NSObject {
  @private
   const void* _block;
@@ -33,29 +34,26 @@
 namespace morvelune::apple {
 namespace {
 
-// The library reads four containers deep: a payload, its buttons, one of them, its parameters.
-// Deeper ones pass through unread.
-constexpr int maximumDepth = 4;
-
 // The containers that a value stands in, innermost first.
 struct Nesting {
   id container;
   const Nesting* outer;
 };
 
-// Whether a container is to pass through unread, also because it holds itself.
+// Whether a container passes through unread: it stands too deep, or in itself.
 bool isTooDeep(id container, const Nesting* outer) {
   int depth = 0;
   for (; outer != nullptr; outer = outer->outer, ++depth) {
     if (outer->container == container) return true;
   }
-  return depth >= maximumDepth;
+  return depth >= deepestContainerRead;
 }
 
 Value containerFromNative(id object, const Nesting* outer);
 
 bool isBoolean(NSNumber* number) {
-  // The platform's booleans are numbers of the type "c" (or "B"), as are small integers.
+  // The platform's booleans are numbers of the type "c" or "B". So are the numbers made of a char,
+  // of which 0 and 1 cannot be told from booleans.
   return std::strchr("cB", [number objCType][0]) && (number.intValue == 0 || number.intValue == 1);
 }
 
@@ -117,9 +115,12 @@ NSArray* arrayFromValues(const Array& array) {
   return [[objects copy] autorelease];
 }
 
-NSNumber* toNativeInteger(const Value& value) {
-  if (const auto number = value.integer()) return [NSNumber numberWithLongLong:*number];
-  return [NSNumber numberWithUnsignedLongLong:value.unsignedInteger().value_or(0)];
+NSNumber* numberOf(std::int64_t number) {
+  return [NSNumber numberWithLongLong:number];
+}
+
+NSNumber* numberOf(std::uint64_t number) {
+  return [NSNumber numberWithUnsignedLongLong:number];
 }
 
 UNNotificationContent::Fields fieldsOf(::UNNotificationContent* content) {
@@ -130,7 +131,7 @@ UNNotificationContent::Fields fieldsOf(::UNNotificationContent* content) {
           .attachments = fromNative(content.attachments)};
 }
 
-// A content handler that is a block of the platform's.
+// The content handler that calls a block of the platform's.
 struct BlockHandler {
   std::shared_ptr<const void> block;
 
@@ -159,6 +160,11 @@ std::string fromNative(NSString* text) {
 }
 
 NSString* toNative(std::string_view text) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(byteOrderMark)) {
+    // The platform's reader would drop it; behind another character it stays.
+    return [toNative("." + std::string(text)) substringFromIndex:1];
+  }
   const auto read = [text](NSStringEncoding encoding) {
     return [[[NSString alloc] initWithBytes:text.data() length:text.size()
                                    encoding:encoding] autorelease];
@@ -177,7 +183,7 @@ id objectFromValue(const Value& value) {
     case Value::Type::boolean:
       return [NSNumber numberWithBool:*value.boolean()];
     case Value::Type::integer:
-      return toNativeInteger(value);
+      return *value.visitInteger([](auto number) { return numberOf(number); });
     case Value::Type::real:
       return [NSNumber numberWithDouble:*value.real()];
     case Value::Type::string:
@@ -219,7 +225,7 @@ NSData* toNative(const Data& data) {
 std::optional<URL> fromNative(NSURL* url) {
   if (url == nil) return std::nullopt;
   return url.fileURL ? URL::fileURL(fromNative(url.path))
-                     : URL::parse(fromNative(url.absoluteString));
+                     : URL::unchecked(fromNative(url.absoluteString));
 }
 
 NSURL* toNative(const URL& url) {
@@ -268,7 +274,7 @@ std::shared_ptr<UNMutableNotificationContent> fromNative(::UNMutableNotification
 std::shared_ptr<const UNNotificationAttachment> fromNative(::UNNotificationAttachment* attachment) {
   if (attachment == nil) return nullptr;
   return std::make_shared<const UNNotificationAttachment>(
-      fromNative(attachment.identifier), fromNative(attachment.URL).value_or(URL::fileURL("/")),
+      fromNative(attachment.identifier), fromNative(attachment.URL).value_or(URL::fileURL("")),
       optionalFromNative(attachment.type), retained(attachment));
 }
 

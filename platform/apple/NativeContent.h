@@ -1,6 +1,6 @@
-// The library's view of the platform's notification contents. What is read was read when the view
-// was made; what is written goes to the platform's own object too, so that the handler receives
-// that very object with all its other properties.
+// The library's views of the platform's notification contents. A view reads the object's fields
+// once, when it is made. What is written to the view is also written to the object, so that the
+// handler receives that very object with all its other properties.
 #pragma once
 
 #include <mutex>
@@ -25,8 +25,8 @@ class NativeMutableContent : public UNMutableNotificationContent {
   [[nodiscard]] std::shared_ptr<const UNNotificationContent> copy() const override;
 
  private:
-  // The platform's object is not safe to copy while it is written. Whoever observes its properties
-  // may come back here.
+  // The platform's object is not safe to copy while it is written. Recursive, because an observer
+  // of its properties may call this object.
   mutable std::recursive_mutex mutex_;
 };
 

@@ -12,7 +12,7 @@
 namespace morvelune {
 
 struct CompletionQueue::State {
-  std::mutex mutex;  // of all that follows
+  std::mutex mutex;  // guards what follows
   std::condition_variable changed;
   std::deque<FinishedTransfer> waiting;
   std::uint64_t posted = 0;
@@ -20,7 +20,7 @@ struct CompletionQueue::State {
   bool closed = false;
   std::thread thread;
 
-  // With the lock held.
+  // Call with the lock held.
   [[nodiscard]] bool onOwnThread() const { return thread.get_id() == std::this_thread::get_id(); }
 
   void run() {

@@ -7,11 +7,6 @@
 namespace morvelune {
 namespace {
 
-bool isHTTP(const URL& url) {
-  const std::string scheme = url.scheme();
-  return scheme == "http" || scheme == "https";
-}
-
 int errorCode(CURLcode code) {
   switch (code) {
     case CURLE_UNSUPPORTED_PROTOCOL:
@@ -36,6 +31,7 @@ int errorCode(CURLcode code) {
     case CURLE_SEND_ERROR:
       return NSURLErrorNetworkConnectionLost;
     case CURLE_PEER_FAILED_VERIFICATION:
+      return NSURLErrorServerCertificateUntrusted;
     case CURLE_SSL_CACERT_BADFILE:
     case CURLE_SSL_CONNECT_ERROR:
       return NSURLErrorSecureConnectionFailed;
@@ -47,7 +43,7 @@ int errorCode(CURLcode code) {
   }
 }
 
-// In the platform's words.
+// In iOS's words.
 const char* description(int code) {
   switch (code) {
     case NSURLErrorCancelled:
@@ -70,6 +66,8 @@ const char* description(int code) {
       return "resource exceeds maximum size";
     case NSURLErrorSecureConnectionFailed:
       return "A secure connection to the server could not be made.";
+    case NSURLErrorServerCertificateUntrusted:
+      return "The certificate for this server is invalid.";
     case NSURLErrorCannotCreateFile:
       return "cannot create file";
     case NSURLErrorCannotWriteToFile:
@@ -91,7 +89,7 @@ CurlTransfer::CurlTransfer(TransferRequest request, const URLSessionOptions& opt
 
 std::optional<int> CurlTransfer::prepare() {
   // libcurl would take an address without a scheme for http.
-  if (!request_.url || !isHTTP(*request_.url)) return NSURLErrorUnsupportedURL;
+  if (!request_.url || !request_.url->isHTTP()) return NSURLErrorUnsupportedURL;
   if (request_.destination == BodyDestination::temporaryFile) {
     file_ = TemporaryFile::create(options_.temporaryDirectory);
     if (!file_) return NSURLErrorCannotCreateFile;
@@ -120,7 +118,7 @@ CURLcode CurlTransfer::configure() {
   set(CURLOPT_PROXY, "");            // not even the environment's
   set(CURLOPT_NOSIGNAL, 1L);
   set(CURLOPT_QUICK_EXIT, 1L);  // a name lookup that hangs is left behind
-  // libcurl's own bound is 300 s, however long this transfer may stand still.
+  // libcurl would stop connecting after 300 s, even where idleTimeout is longer.
   set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.idleTimeout.count()));
   // Refuses an answer by its Content-Length; receive() has the last word.
   set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumBytes()));
@@ -170,8 +168,7 @@ int CurlTransfer::failureCode(CURLcode result) const {
   if (receivingFailed_) return *receivingFailed_;
   // libcurl says "unsupported protocol" of a redirect to another scheme, and of an answer from an
   // HTTP server that is not HTTP.
-  const std::optional<URL> last = URL::parse(effectiveURL());
-  if (result == CURLE_UNSUPPORTED_PROTOCOL && last && isHTTP(*last)) {
+  if (result == CURLE_UNSUPPORTED_PROTOCOL && URL::unchecked(effectiveURL()).isHTTP()) {
     return NSURLErrorBadServerResponse;
   }
   return errorCode(result);

@@ -9,7 +9,8 @@ namespace {
 // A screen that is held as a profile says.
 class LinuxScreen : public Screen {
  public:
-  LinuxScreen(Size size, ScreenOrientation orientation) : size_(size), orientation_(orientation) {}
+  LinuxScreen(Size size, UIInterfaceOrientation orientation)
+      : size_(size), orientation_(orientation) {}
 
   [[nodiscard]] Size bounds() const override { return size_; }
 
@@ -18,15 +19,15 @@ class LinuxScreen : public Screen {
     const double width = std::max(1.0, size_.width);
     const double height = std::max(1.0, size_.height);
     switch (orientation_) {
-      case ScreenOrientation::portrait:
+      case UIInterfaceOrientationPortrait:
         return Point{0, 0};
-      case ScreenOrientation::portraitUpsideDown:
+      case UIInterfaceOrientationPortraitUpsideDown:
         return Point{width, height};
-      case ScreenOrientation::landscapeRight:
+      case UIInterfaceOrientationLandscapeRight:
         return Point{0, height};
-      case ScreenOrientation::landscapeLeft:
+      case UIInterfaceOrientationLandscapeLeft:
         return Point{width, 0};
-      case ScreenOrientation::unknown:
+      case UIInterfaceOrientationUnknown:
         break;
     }
     return std::nullopt;
@@ -34,7 +35,7 @@ class LinuxScreen : public Screen {
 
  private:
   Size size_;
-  ScreenOrientation orientation_;
+  UIInterfaceOrientation orientation_;
 };
 
 class LinuxDevice : public Device {
@@ -49,7 +50,7 @@ class LinuxDevice : public Device {
     if (!profile_.screen && !profile_.orientation) return nullptr;
     return std::make_shared<const LinuxScreen>(
         profile_.screen.value_or(Size{}),
-        profile_.orientation.value_or(ScreenOrientation::unknown));
+        profile_.orientation.value_or(UIInterfaceOrientationUnknown));
   }
 
   // Linux stands for a current system.

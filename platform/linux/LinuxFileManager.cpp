@@ -11,7 +11,7 @@
 #include <random>
 #include <system_error>
 
-#include "platform/linux/FilePath.h"
+#include "platform/FilePath.h"
 #include "platform/linux/LinuxServices.h"
 
 namespace morvelune {
@@ -48,7 +48,7 @@ class OpenFile {
 int renameExclusively(const std::string& from, const std::string& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
-  // The file system cannot exclude, but a second name never replaces a file either.
+  // This file system cannot rename exclusively. link() never replaces a file either.
   if (::link(from.c_str(), to.c_str()) != 0) return errno;
   if (::unlink(from.c_str()) == 0) return 0;
   const int error = errno;

@@ -31,7 +31,7 @@ class LinuxLocale : public Locale {
 
   [[nodiscard]] std::optional<std::string> currencyName(
       std::string_view localeIdentifier, std::string_view currencyCode) const override {
-    // A code is three letters of ASCII; ICU would cut a longer one and take "EURO" for "EUR".
+    // ICU would cut what is longer and take "EURO" for "EUR".
     if (currencyCode.size() != 3) return std::nullopt;
     icu::UnicodeString code = icu::UnicodeString::fromUTF8(currencyCode);
     UErrorCode status = U_ZERO_ERROR;
@@ -39,8 +39,9 @@ class LinuxLocale : public Locale {
     const char16_t* name =
         ucurr_getName(code.getTerminatedBuffer(), std::string(localeIdentifier).c_str(),
                       UCURR_LONG_NAME, nullptr, &length, &status);
-    // With this warning ICU gives the code itself, or a name in another language.
-    if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING) return std::nullopt;
+    // With this warning ICU gives the code itself, or a name in another language. For what begins
+    // with a character that no code has, such as "$12", it gives an empty name and no warning.
+    if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING || length == 0) return std::nullopt;
     std::string text;
     return icu::UnicodeString(name, length).toUTF8String(text);
   }

@@ -11,7 +11,7 @@ namespace {
 
 struct Registration {
   Registration(std::string name_, const std::shared_ptr<const void>& object,
-               NotificationCenter::Observer observer_)
+               LinuxNotificationCenter::Observer observer_)
       : name(std::move(name_)),
         owner(object),
         address(object.get()),
@@ -28,12 +28,12 @@ struct Registration {
   const std::string name;
   const std::weak_ptr<const void> owner;
   const void* const address;  // null for posts of any object
-  const NotificationCenter::Observer observer;
-  NotificationCenter::Token token{};
+  const LinuxNotificationCenter::Observer observer;
+  LinuxNotificationCenter::Token token{};
   std::atomic<bool> removed = false;
 };
 
-class LinuxNotificationCenter : public NotificationCenter {
+class ObserverList : public LinuxNotificationCenter {
  public:
   Token addObserver(std::string name, std::shared_ptr<const void> object,
                     Observer observer) override {
@@ -80,8 +80,8 @@ class LinuxNotificationCenter : public NotificationCenter {
 
 }  // namespace
 
-std::shared_ptr<NotificationCenter> makeLinuxNotificationCenter() {
-  return std::make_shared<LinuxNotificationCenter>();
+std::shared_ptr<LinuxNotificationCenter> makeLinuxNotificationCenter() {
+  return std::make_shared<ObserverList>();
 }
 
 }  // namespace morvelune

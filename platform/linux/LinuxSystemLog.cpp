@@ -12,7 +12,8 @@ namespace {
 class LinuxSystemLog : public SystemLog {
  public:
   void writeLine(const std::string& line) override {
-    const std::string text = line + '\n';  // one write, so that lines of several threads do not mix
+    // In one write, if the system takes it whole, so that lines of several threads do not mix.
+    const std::string text = line + '\n';
     std::string_view rest = text;
     while (!rest.empty()) {
       const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());

@@ -5,7 +5,6 @@
 #include <unicode/regex.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -15,12 +14,15 @@
 #include <limits>
 #include <new>
 
+#include "morvelune/platform/ASCII.h"
+#include "platform/PercentCoding.h"
 #include "platform/linux/LinuxServices.h"
+#include "platform/linux/UTF8.h"
 
 namespace morvelune {
 namespace {
 
-// In ICU's units, which are about a millisecond each: no expression holds a thread longer.
+// In ICU's units of about a millisecond: bounds how long an expression holds a thread.
 constexpr std::int32_t regexTimeLimit = 1000;
 
 constexpr std::string_view queryPunctuation = "!$&'()*+,-./:;=?@_~";
@@ -35,25 +37,17 @@ std::string utf8(const icu::UnicodeString& text) {
   return text.toUTF8String(result);
 }
 
+// With U+FFFD in the place of bad sequences.
+std::string repaired(std::string_view text) {
+  return utf8(utf16(text));
+}
+
 bool isASCII(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return U8_IS_SINGLE(c); });
 }
 
-// Reads the code point at `index` and steps over it; negative for a bad sequence.
-UChar32 next(std::string_view text, std::int32_t& index) {
-  UChar32 codePoint = 0;
-  U8_NEXT(text.data(), index, static_cast<std::int32_t>(text.size()), codePoint);
-  return codePoint;
-}
-
-bool isWellFormed(std::string_view text) {
-  for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size());) {
-    if (next(text, i) < 0) return false;
-  }
-  return true;
-}
-
-// Text in lower case, with the changes that made it from the original.
+// Text in lower case, with the changes that made it from the original. Every sigma is the same
+// letter, because which of its two forms stands in a word depends on what is beside it.
 class Lowercased {
  public:
   explicit Lowercased(std::string_view original) : originalSize_(original.size()) {
@@ -65,6 +59,7 @@ class Lowercased {
     icu::CaseMap::utf8ToLower("", 0, repaired, sink, &caseChanges, status);
     edits_.mergeAndAppend(repairs, caseChanges, status);
     if (U_FAILURE(status)) throw std::bad_alloc();  // all that can go wrong
+    unifySigmas();
   }
 
   [[nodiscard]] const std::string& text() const { return text_; }
@@ -83,13 +78,21 @@ class Lowercased {
   }
 
  private:
+  void unifySigmas() {
+    constexpr std::string_view sigma = "\u03C3";
+    constexpr std::string_view finalSigma = "\u03C2";  // as many bytes
+    for (std::size_t at = 0; (at = text_.find(finalSigma, at)) != std::string::npos;) {
+      text_.replace(at, finalSigma.size(), sigma);
+    }
+  }
+
   // ICU's case mapping lets bad sequences stand as they are.
   static std::string repair(std::string_view text, icu::Edits& repairs) {
     constexpr std::string_view replacement = "\uFFFD";
     std::string repaired;
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size());) {
       const std::int32_t start = i;
-      if (next(text, i) >= 0) {
+      if (nextCodePoint(text, i) >= 0) {
         repairs.addUnchanged(i - start);
         repaired += text.substr(start, i - start);
       } else {
@@ -116,37 +119,18 @@ class Lowercased {
 };
 
 NSRange rangeInASCII(std::string_view pattern, std::string_view text) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; };
-  const auto found =
-      std::search(text.begin(), text.end(), pattern.begin(), pattern.end(),
-                  [lower](char left, char right) { return lower(left) == lower(right); });
+  const auto equal = [](char left, char right) {
+    return asciiLowercased(left) == asciiLowercased(right);
+  };
+  const auto found = std::search(text.begin(), text.end(), pattern.begin(), pattern.end(), equal);
   if (found == text.end()) return {};
   return {static_cast<std::size_t>(found - text.begin()), pattern.size()};
-}
-
-bool isLetterOrDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-// `kept` stands beside letters and digits.
-std::string percentEncoded(std::string_view text, std::string_view kept) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string result;
-  for (const char c : utf8(utf16(text))) {
-    if (isLetterOrDigit(c) || kept.find(c) != std::string_view::npos) {
-      result += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      result += {'%', digits[byte / 16], digits[byte % 16]};
-    }
-  }
-  return result;
 }
 
 std::string_view withoutLeadingSpace(std::string_view text) {
   std::int32_t start = 0;
   for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size()); start = i) {
-    if (!u_isUWhiteSpace(next(text, i))) break;
+    if (!u_isUWhiteSpace(nextCodePoint(text, i))) break;
   }
   return text.substr(start);
 }
@@ -158,22 +142,6 @@ class LinuxText : public Text {
     if (pattern.empty()) return {};
     if (isASCII(pattern) && isASCII(text)) return rangeInASCII(pattern, text);
     return Lowercased(text).find(Lowercased(pattern).text());
-  }
-
-  [[nodiscard]] std::string uppercased(std::string_view text) const override {
-    return utf8(utf16(text).toUpper(icu::Locale::getRoot()));
-  }
-
-  [[nodiscard]] std::string prefix(std::string_view text, std::size_t count) const override {
-    icu::UnicodeString units = utf16(text);
-    if (count < static_cast<std::size_t>(units.length())) {
-      units.truncate(units.getChar32Start(static_cast<std::int32_t>(count)));
-    }
-    return utf8(units);
-  }
-
-  [[nodiscard]] std::size_t length(std::string_view text) const override {
-    return utf16(text).length();
   }
 
   [[nodiscard]] bool matches(std::string_view text, std::string_view expression) const override {
@@ -194,7 +162,7 @@ class LinuxText : public Text {
 
   [[nodiscard]] std::string fixedNotation(double number) const override {
     constexpr int decimals = 6;
-    // The longest number with its sign, its last digit before the '.', the '.' and the decimals.
+    // The longest number: max_exponent10 + 1 digits, a sign, the point and the decimals.
     std::array<char, std::numeric_limits<double>::max_exponent10 + 3 + decimals> text{};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), number,
                                    std::chars_format::fixed, decimals);
@@ -202,29 +170,17 @@ class LinuxText : public Text {
   }
 
   [[nodiscard]] std::string addingPercentEncodingForQuery(std::string_view text) const override {
-    return percentEncoded(text, queryPunctuation);
+    return percentEncoded(repaired(text), queryPunctuation);
   }
 
   [[nodiscard]] std::string addingPercentEscapes(std::string_view text) const override {
-    return percentEncoded(text, unreservedPunctuation);
+    return percentEncoded(repaired(text), unreservedPunctuation);
   }
 
   [[nodiscard]] std::optional<std::string> removingPercentEncoding(
       std::string_view text) const override {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      if (text[i] != '%') {
-        bytes += text[i];
-        continue;
-      }
-      const std::string_view digits = text.substr(i + 1, 2);
-      unsigned char byte = 0;
-      const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-      if (digits.size() < 2 || read.ptr != digits.data() + 2) return std::nullopt;
-      bytes += static_cast<char>(byte);
-      i += 2;
-    }
-    return isWellFormed(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+    auto bytes = percentDecoded(text);
+    return bytes && isUTF8(*bytes) ? bytes : std::nullopt;
   }
 };
 

@@ -1,7 +1,9 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include "platform/linux/CompletionQueue.h"
 #include "platform/linux/LinuxServices.h"
@@ -10,7 +12,8 @@
 namespace morvelune {
 namespace {
 
-// The absolute path of the folder for downloads, since they are handed over as file URLs.
+// The folder for downloads as an absolute path, because downloads are given as file URLs. A path
+// that cannot be made absolute stays as it is.
 std::string downloadFolder(const std::string& wanted) {
   const char* const environment = std::getenv("TMPDIR");
   std::string folder = wanted;
@@ -35,9 +38,9 @@ struct Engine {
   TransferLoop loop;
 };
 
-class LinuxURLSessionTask : public URLSessionTask {
+class CurlURLSessionTask : public URLSessionTask {
  public:
-  LinuxURLSessionTask(std::shared_ptr<Engine> engine, TransferRequest request)
+  CurlURLSessionTask(std::shared_ptr<Engine> engine, TransferRequest request)
       : engine_(std::move(engine)), request_(std::move(request)) {}
 
   void resume() override {
@@ -50,13 +53,13 @@ class LinuxURLSessionTask : public URLSessionTask {
   std::atomic<bool> resumed_ = false;
 };
 
-class LinuxURLSession : public URLSession {
+class CurlURLSession : public LinuxURLSession {
  public:
-  explicit LinuxURLSession(const URLSessionOptions& options)
+  explicit CurlURLSession(const URLSessionOptions& options)
       : engine_(std::make_shared<Engine>(options)) {}
-  ~LinuxURLSession() override { LinuxURLSession::invalidateAndCancel(); }
-  LinuxURLSession(const LinuxURLSession&) = delete;
-  LinuxURLSession& operator=(const LinuxURLSession&) = delete;
+  ~CurlURLSession() override { CurlURLSession::invalidateAndCancel(); }
+  CurlURLSession(const CurlURLSession&) = delete;
+  CurlURLSession& operator=(const CurlURLSession&) = delete;
 
   std::shared_ptr<URLSessionTask> dataTask(std::optional<URL> url,
                                            DataCompletion completion) override {
@@ -86,16 +89,52 @@ class LinuxURLSession : public URLSession {
 
  private:
   std::shared_ptr<URLSessionTask> task(TransferRequest request) {
-    return std::make_shared<LinuxURLSessionTask>(engine_, std::move(request));
+    return std::make_shared<CurlURLSessionTask>(engine_, std::move(request));
   }
 
   const std::shared_ptr<Engine> engine_;
 };
 
+// All sessions. They are ended at exit, because the libraries that they run on clean up then.
+class Sessions {
+ public:
+  void add(const std::shared_ptr<LinuxURLSession>& session) {
+    const std::lock_guard lock(mutex_);
+    std::erase_if(sessions_, [](const auto& each) { return each.expired(); });
+    sessions_.push_back(session);
+  }
+
+  void end() {
+    for (const auto& each : taken()) {
+      if (const auto session = each.lock()) session->invalidateAndCancel();
+    }
+  }
+
+ private:
+  // No lock is held while a session ends, because its completions may make platforms.
+  [[nodiscard]] std::vector<std::weak_ptr<LinuxURLSession>> taken() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(sessions_, {});
+  }
+
+  std::mutex mutex_;
+  std::vector<std::weak_ptr<LinuxURLSession>> sessions_;
+};
+
+// Never destroyed, because threads that still run at exit may make one.
+Sessions& sessions() {
+  static auto& sessions = *new Sessions;
+  return sessions;
+}
+
 }  // namespace
 
-std::shared_ptr<URLSession> makeLinuxURLSession(const URLSessionOptions& options) {
-  return std::make_shared<LinuxURLSession>(resolved(options));
+std::shared_ptr<LinuxURLSession> makeLinuxURLSession(const URLSessionOptions& options) {
+  const auto session = std::make_shared<CurlURLSession>(resolved(options));
+  // After the first session, which starts those libraries: what is registered last runs first.
+  [[maybe_unused]] static const int registered = std::atexit([] { sessions().end(); });
+  sessions().add(session);
+  return session;
 }
 
 }  // namespace morvelune

@@ -2,25 +2,15 @@
 
 #include <curl/curl.h>
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
 #include <memory>
+
+#include "platform/PercentCoding.h"
+#include "platform/linux/UTF8.h"
 
 namespace morvelune {
 namespace {
-
-bool isUTF8(std::string_view text) {
-  const auto length = static_cast<std::int32_t>(text.size());
-  for (std::int32_t i = 0; i < length;) {
-    UChar32 codePoint = 0;
-    U8_NEXT(text.data(), i, length, codePoint);
-    if (codePoint < 0) return false;
-  }
-  return true;
-}
 
 std::string fromISO88591(std::string_view bytes) {
   std::string text;
@@ -33,24 +23,6 @@ std::string fromISO88591(std::string_view bytes) {
     }
   }
   return text;
-}
-
-// Nothing when an escape is bad or cut.
-std::optional<std::string> percentDecoded(std::string_view text) {
-  std::string decoded;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      decoded += text[i];
-      continue;
-    }
-    if (text.size() - i < 3) return std::nullopt;
-    const char* digits = text.data() + i + 1;
-    std::uint8_t byte = 0;
-    if (std::from_chars(digits, digits + 2, byte, 16).ptr != digits + 2) return std::nullopt;
-    decoded += static_cast<char>(byte);
-    i += 2;
-  }
-  return decoded;
 }
 
 bool equalIgnoringCase(std::string_view left, const char* right) {

@@ -13,7 +13,7 @@
 namespace morvelune {
 namespace {
 
-// The platform's own name for a file that is being downloaded.
+// iOS's name for a file that is being downloaded.
 constexpr char nameTemplate[] = "CFNetworkDownload_XXXXXX.tmp";
 constexpr std::string_view suffix = ".tmp";
 

@@ -26,7 +26,7 @@ class TransferLoop {
 
   // Performs the request; once the loop is stopped, fails it with NSURLErrorCancelled.
   void start(TransferRequest request);
-  // Fails all requests that have not ended with NSURLErrorCancelled. Returns when all completions
+  // Ends all unfinished requests with NSURLErrorCancelled. Returns when all completions
   // have been posted.
   void stop();
 
@@ -51,7 +51,7 @@ class TransferLoop {
   Transfers transfers_;                         // the thread's own
 
   std::once_flag stopOnce_;
-  std::mutex mutex_;  // of all that follows
+  std::mutex mutex_;  // guards what follows; thread_ until stopped_ is set
   std::vector<TransferRequest> started_;
   bool stopped_ = false;
   std::thread thread_;

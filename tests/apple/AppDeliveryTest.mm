@@ -1,9 +1,8 @@
 // One push, seen by an app on its device and by the tool that shows what a device would deliver.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "Delivered.h"
+#include "NativeJSON.h"
 #include "Standins.h"
 #include "support/LoopbackOrigin.h"
 #include "support/Media.h"
@@ -13,26 +12,13 @@ namespace {
 
 using namespace morvelune::testing;
 
-using nlohmann::ordered_json;
+using nlohmann::json;
 
 constexpr char vendor[] = "5D0B6B52-6C6B-4E0B-9A5E-2F6D0C1A7B3E";
 
-NSString* native(const std::string& text) {
-  return [NSString stringWithUTF8String:text.c_str()];
-}
-
-id parsed(const std::string& json) {
-  NSData* data = [native(json) dataUsingEncoding:NSUTF8StringEncoding];
-  return [NSJSONSerialization JSONObjectWithData:data options:0 error:nullptr];
-}
-
 // A content as the tool reports it, without what differs from run to run: where the files lie.
-ordered_json appsView(UNNotificationContent* content) {
-  NSData* userInfo = [NSJSONSerialization dataWithJSONObject:content.userInfo
-                                                     options:0
-                                                       error:nullptr];
-  const auto* bytes = static_cast<const char*>(userInfo.bytes);
-  ordered_json attachments = ordered_json::array();
+json appsView(UNNotificationContent* content) {
+  json attachments = json::array();
   for (UNNotificationAttachment* each in content.attachments) {
     attachments.push_back({{"identifier", each.identifier.UTF8String},
                            {"type", each.type.UTF8String},
@@ -41,11 +27,11 @@ ordered_json appsView(UNNotificationContent* content) {
   return {{"title", content.title.UTF8String},
           {"subtitle", content.subtitle.UTF8String},
           {"body", content.body.UTF8String},
-          {"userInfo", ordered_json::parse(bytes, bytes + userInfo.length)},
+          {"userInfo", jsonOf(content.userInfo)},
           {"attachments", attachments}};
 }
 
-ordered_json toolsView(ordered_json content) {
+json toolsView(json content) {
   for (auto& each : content["attachments"]) each.erase("path");
   return content;
 }
@@ -55,16 +41,15 @@ TEST(AppDeliveryTest, AnAppFindsWhatTheToolShows) {
   const std::string png = origin.serve("/photo.png", {.body = pngBytes()});
   const std::string gif = origin.serve("/dance", {.body = gifBytes() + std::string(5000, 'x')});
   const std::string mp4 = origin.serve("/clip.MP4", {.body = mp4Bytes()});
-  const ordered_json payload{
-      {"aps", {{"alert", {{"title", "Été 😀"}, {"body", "B"}}}, {"mutable-content", 1}}},
-      {"k2tid", "7"},
-      {"level", 2.5},
-      {"flags", {true, nullptr, 18446744073709551615ULL}},
-      {"mvl-tk", {{"url", origin.url("/t|idfv|/|s|")}, {"display", "d?o=|o|"}}},
-      {"mvl-atts",
-       {{{"att-url", png}, {"att-id", "c"}},
-        {{"att-url", gif}, {"att-id", "B"}},
-        {{"att-url", mp4}}}}};
+  const json payload{{"aps", {{"alert", {{"title", "Été 😀"}}}, {"mutable-content", 1}}},
+                     {"k2tid", "7"},
+                     {"level", 2.5},
+                     {"flags", {true, nullptr, 18446744073709551615ULL}},
+                     {"mvl-tk", {{"url", origin.url("/t|idfv|/|s|")}, {"display", "d?o=|o|"}}},
+                     {"mvl-atts",
+                      {{{"att-url", png}, {"att-id", "c"}},
+                       {{"att-url", gif}, {"att-id", "B"}},
+                       {{"att-url", mp4}}}}};
 
   const Ended tool = Program().run({"deliver", "--json", "--idfv", vendor, "--screen", "375x812",
                                     "--orientation", "portrait", "-"},
@@ -74,25 +59,18 @@ TEST(AppDeliveryTest, AnAppFindsWhatTheToolShows) {
   StandinSetIdentifierForVendor([[[NSUUID alloc] initWithUUIDString:native(vendor)] autorelease]);
   StandinSetMainScreen([[[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
                                              fixedOrigin:CGPoint{}] autorelease]);
-  UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
-  content.title = @"Été 😀";
-  content.body = @"B";
-  content.userInfo = parsed(payload.dump());
   Delivered delivered;
   MVLNotificationServiceExtension* extension =
       [[[MVLNotificationServiceExtension alloc] init] autorelease];
-  [extension didReceiveNotificationRequest:[UNNotificationRequest requestWithIdentifier:@"r"
-                                                                                content:content
-                                                                                trigger:nil]
+  [extension didReceiveNotificationRequest:requestOf(object(payload))
                         withContentHandler:delivered.handler()];
   UNNotificationContent* shown = delivered.wait(1);
   ASSERT_NE(shown, nil);
   EXPECT_EQ(shown.attachments.count, 3U);
 
-  const ordered_json deliveries = tool.report()["deliveries"];
+  const json deliveries = tool.report()["deliveries"];
   ASSERT_EQ(deliveries.size(), 1U);
-  // Through the unordered kind: in which order a dictionary is written is nobody's business.
-  EXPECT_EQ(nlohmann::json(appsView(shown)), nlohmann::json(toolsView(deliveries[0]["content"])));
+  EXPECT_EQ(appsView(shown), toolsView(deliveries[0]["content"]));
 
   // And the servers saw the same requests from both.
   std::multiset<std::string> targets;

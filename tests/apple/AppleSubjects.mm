@@ -4,24 +4,9 @@
 #include "contract/Subject.h"
 #include "platform/apple/AppleServices.h"
 #import "platform/apple/Conversion.h"
-#include "support/TemporaryDirectory.h"
 
 namespace morvelune::testing {
 namespace {
-
-Files filesOnDisk() {
-  auto folder = std::make_shared<TemporaryDirectory>();
-  return {apple::makeFileManager(), folder->path(),
-          [folder](const auto& name, const auto& bytes) { folder->write(name, bytes); }};
-}
-
-Network loopback() {
-  auto origin = std::make_shared<LoopbackOrigin>();
-  const auto serve = [origin, served = 0](const Reply& reply) mutable {
-    return origin->serve("/" + std::to_string(++served), reply);
-  };
-  return {apple::makeFileManager(), apple::makeURLSession(), serve, [] {}};
-}
 
 // The locale is the process's own.
 DeviceAndLocale device(const DeviceState& state) {
@@ -48,12 +33,10 @@ std::vector<Subject> subjects() {
            .digest = apple::makeDigest,
            .locale = apple::makeLocale,
            .device = device,
-           .files = filesOnDisk,
+           .files = apple::makeFileManager,
            .attachments = apple::makeNotificationAttachments,
-           .network = loopback,
+           .session = [] { return apple::makeURLSession(); },
            .queue = mainQueue,
-           .center = apple::makeNotificationCenter,
-           .makeObject = [] { return apple::retained([[[NSObject alloc] init] autorelease]); },
            .departures = departures()}};
 }
 

@@ -4,8 +4,8 @@
 #include <set>
 
 #include "Departures.h"
+#include "NativeJSON.h"
 #include "Standins.h"
-#include "support/Conformance.h"
 #include "support/InMemoryPlatform.h"
 
 #import <MorveluneExtension/MVLNotificationServiceExtensionSubclass.h>
@@ -17,38 +17,6 @@ using namespace morvelune::testing;
 
 using nlohmann::json;
 
-NSString* native(const std::string& text) {
-  return [[[NSString alloc] initWithBytes:text.data()
-                                   length:text.size()
-                                 encoding:NSUTF8StringEncoding] autorelease];
-}
-
-id object(const json& given);
-
-NSDictionary* dictionary(const json& given) {
-  NSMutableDictionary* all = [NSMutableDictionary dictionary];
-  for (const auto& [key, each] : given.items()) [all setObject:object(each) forKey:native(key)];
-  return all;
-}
-
-// A part of an argument.
-id object(const json& given) {
-  if (given.is_null()) return [NSNull null];
-  if (given.is_boolean()) return [NSNumber numberWithBool:given.get<bool>()];
-  if (given.is_number_unsigned()) return [NSNumber numberWithUnsignedLongLong:given];
-  if (given.is_number_integer()) return [NSNumber numberWithLongLong:given];
-  if (given.is_number()) return [NSNumber numberWithDouble:given];
-  if (given.is_string()) return native(given);
-  if (given.contains("$data")) {
-    const std::string bytes = bytesOfData(given);
-    return [NSData dataWithBytes:bytes.data() length:bytes.size()];
-  }
-  if (given.is_object()) return dictionary(given);
-  NSMutableArray* all = [NSMutableArray array];
-  for (const json& each : given) [all addObject:object(each)];
-  return all;
-}
-
 UNNotificationRequest* request(const json& given) {
   UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
   if (given.contains("title")) content.title = native(given["title"]);
@@ -59,7 +27,7 @@ UNNotificationRequest* request(const json& given) {
 }
 
 UNNotification* notification(const json& given) {
-  return [[[UNNotification alloc] initWithRequest:request(given) date:[NSDate date]] autorelease];
+  return [[[UNNotification alloc] initWithRequest:request(given)] autorelease];
 }
 
 id argument(const json& given) {
@@ -73,29 +41,8 @@ id argument(const json& given) {
       autorelease];
 }
 
-json jsonOf(id result) {
-  if (result == nil || result == [NSNull null]) return nullptr;
-  if ([result isKindOfClass:[NSURL class]]) result = [result absoluteString];
-  if ([result isKindOfClass:[NSString class]]) return std::string([result UTF8String]);
-  if ([result isKindOfClass:[NSData class]]) {
-    return dataOfBytes({static_cast<const std::byte*>([result bytes]), [result length]});
-  }
-  if ([result isKindOfClass:[NSNumber class]]) {
-    const std::string type = [result objCType];
-    if (type == "c" || type == "C" || type == "B") return static_cast<bool>([result boolValue]);
-    return type == "d" || type == "f" ? json([result doubleValue]) : json([result longLongValue]);
-  }
-  if ([result isKindOfClass:[NSArray class]]) {
-    json all = json::array();
-    for (id each in result) all.push_back(jsonOf(each));
-    return all;
-  }
-  json all = json::object();
-  for (NSString* key in result) all[[key UTF8String]] = jsonOf([result objectForKey:key]);
-  return all;
-}
-
-// Whatever answers to the selector: an object that the case names, a class or an extension.
+// The receiver of a selector: the text that the case names, else the class that has such a method,
+// else an extension.
 id targetOf(SEL selector, const json& receiver) {
   if (receiver.is_string()) return native(receiver);
   for (Class each in @[

@@ -7,22 +7,17 @@
 
 #include <Block.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <vector>
 
+#include "support/Eventually.h"
+
 #import <MorveluneExtension/MorveluneExtension.h>
 
-// Outlives the extensions that have its handler.
+// Must live until its handler has been called for the last time.
 class Delivered {
  public:
-  Delivered()
-      : handler_(Block_copy(^(UNNotificationContent* content) {
-          const std::lock_guard lock(mutex_);
-          contents_.push_back([content retain]);
-          changed_.notify_all();
-        })) {}
+  Delivered() = default;
   Delivered(const Delivered&) = delete;
   Delivered& operator=(const Delivered&) = delete;
   ~Delivered() {
@@ -34,9 +29,9 @@ class Delivered {
 
   // What the handler got at its call `number`, from 1; nil when there is none for ten seconds.
   UNNotificationContent* wait(std::size_t number) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, std::chrono::seconds(10), [&] { return contents_.size() >= number; });
-    return contents_.size() >= number ? contents_[number - 1] : nil;
+    if (!morvelune::testing::eventually([&] { return calls() >= number; })) return nil;
+    const std::lock_guard lock(mutex_);
+    return contents_[number - 1];
   }
   std::size_t calls() {
     const std::lock_guard lock(mutex_);
@@ -45,18 +40,17 @@ class Delivered {
 
  private:
   std::mutex mutex_;
-  std::condition_variable changed_;
   std::vector<UNNotificationContent*> contents_;
-  void (^const handler_)(UNNotificationContent*);
+  void (^const handler_)(UNNotificationContent*) = Block_copy(^(UNNotificationContent* content) {
+    const std::lock_guard lock(mutex_);
+    contents_.push_back([content retain]);
+  });
 };
 
 inline UNNotificationRequest* requestOf(NSDictionary* userInfo) {
   UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
-  content.title = @"Sale";
-  content.badge = @3;
-  content.categoryIdentifier = @"offers";
+  content.title = @"Été 😀";
   content.threadIdentifier = @"shop";
-  content.sound = [UNNotificationSound defaultSound];
   content.userInfo = userInfo;
   return [UNNotificationRequest requestWithIdentifier:@"r" content:content trigger:nil];
 }

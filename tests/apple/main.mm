@@ -6,7 +6,8 @@
 #include "support/TemporaryDirectory.h"
 
 // The address sanitizer reports what the library leaks, but not what the Objective-C runtime and
-// the base library keep from loading their classes. These have no frame pointers to unwind by.
+// the base library keep from loading their classes. Both are built without frame pointers, so that
+// only the slow unwinder finds who allocated.
 extern "C" const char* __asan_default_options() {
   return "fast_unwind_on_malloc=0";
 }

@@ -35,7 +35,7 @@ TEST_P(LocaleContract, NamesCurrencies) {
   EXPECT_EQ(locale->currencyName("fr_FR", "FRF"), "franc français");  // historical
   // The last one is "EUR" in the low bytes of its UTF-16.
   for (const auto& code :
-       {""s, "EU"s, "EURO"s, "XQZ"s, "EU\0"s, "E\u00DC"s, "\u0145\u0155\u0152"s}) {
+       {""s, "EU"s, "EURO"s, "XQZ"s, "$12"s, "\n12"s, "EU\0"s, "E\u00DC"s, "\u0145\u0155\u0152"s}) {
     EXPECT_EQ(locale->currencyName("fr_FR", code), std::nullopt) << code;
   }
 }

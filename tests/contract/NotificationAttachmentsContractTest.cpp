@@ -29,11 +29,12 @@ class NotificationAttachmentsContract : public ::testing::TestWithParam<Subject>
 INSTANTIATE_CONTRACT(NotificationAttachmentsContract, attachments);
 
 TEST_P(NotificationAttachmentsContract, TakesAFileByItsTypeAndSize) {
-  for (const auto& each : testData("data/attachments.json")) {
-    const std::string path = folder_.write(each["name"], "");
+  const Keys keys{"name", "hint", "bytes", "outcome"};
+  for (const auto& each : casesOf(testData("data/attachments.json"), keys)) {
+    const std::string path = folder_.write(each.at("name"), "");
     std::filesystem::resize_file(path, each.value("bytes", 1U));  // which holds nothing on disk
     const auto hint = each.contains("hint") ? std::optional(each["hint"]) : std::nullopt;
-    EXPECT_EQ(outcome(URL::fileURL(path), hint), each["outcome"]) << each;
+    EXPECT_EQ(outcome(URL::fileURL(path), hint), each.at("outcome").get<std::string>()) << each;
   }
 }
 

@@ -5,20 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "morvelune/platform/Platform.h"
-#include "support/LoopbackOrigin.h"
 
 namespace morvelune::testing {
 
 // A main queue, and one turn of the loop that drains it.
 using Queue = std::pair<std::shared_ptr<MainQueue>, std::function<void()>>;
-
-// A file manager, a folder, and a way to put files there.
-struct Files {
-  std::shared_ptr<FileManager> manager;
-  std::string folder;
-  std::function<void(const std::string& name, const std::string& bytes)> write;
-};
 
 // A device and its locale, and what they are to tell.
 using DeviceAndLocale = std::pair<std::shared_ptr<Device>, std::shared_ptr<Locale>>;
@@ -29,16 +23,6 @@ struct DeviceState {
   std::vector<std::string> languages;
 };
 
-// A session, its files, and the servers that it reaches.
-struct Network {
-  std::shared_ptr<FileManager> files;
-  std::shared_ptr<URLSession> session;
-  // The URL of a new server that replies so.
-  std::function<std::string(const Reply&)> serve;
-  // Lets the network do its work, which may go on after the call.
-  std::function<void()> run;
-};
-
 // A service that a platform does not have is an empty function.
 struct Subject {
   std::string name;
@@ -46,13 +30,10 @@ struct Subject {
   std::function<std::shared_ptr<Digest>()> digest = {};
   std::function<std::shared_ptr<Locale>()> locale = {};
   std::function<DeviceAndLocale(const DeviceState&)> device = {};
-  std::function<Files()> files = {};
+  std::function<std::shared_ptr<FileManager>()> files = {};
   std::function<std::shared_ptr<NotificationAttachments>()> attachments = {};
-  std::function<Network()> network = {};
+  std::function<std::shared_ptr<URLSession>()> session = {};
   std::function<Queue()> queue = {};
-  std::function<std::shared_ptr<NotificationCenter>()> center = {};
-  // A new object that its notification centre can post.
-  std::function<std::shared_ptr<const void>()> makeObject = {};
   std::set<std::string> departures = {};
 
   friend void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.name; }

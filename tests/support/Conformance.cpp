@@ -7,6 +7,8 @@ namespace {
 
 using nlohmann::json;
 
+const Keys deviceKeys{"vendor", "screen", "origin", "country", "languages", "system"};
+
 // "argument 2 k2tb.0.ccp"
 ConformancePath pathOf(const std::string& text) {
   ConformancePath path;
@@ -19,11 +21,11 @@ ConformancePath pathOf(const std::string& text) {
 }
 
 ConformanceCase caseOf(const json& entry, json device) {
-  device.merge_patch(entry.value("device", json::object()));
+  device.update(checked(entry.value("device", json::object()), deviceKeys));
   ConformanceCase made;
   made.operation = entry.at("operation");
   made.receiver = entry.value("receiver", json());
-  made.arguments = entry.at("arguments");
+  made.arguments = entry.value("arguments", json::array());
   made.result = entry.at("result");
   if (entry.contains("same")) made.same = pathOf(entry["same"]);
   if (entry.contains("log")) made.log = entry["log"].get<std::vector<std::string>>();
@@ -35,8 +37,16 @@ ConformanceCase caseOf(const json& entry, json device) {
 
 template <typename T>
 std::optional<T> member(const json& device, const char* key) {
-  const auto found = device.find(key);
-  return found == device.end() ? std::nullopt : std::optional(found->get<T>());
+  const json& known = device.at(key);
+  return known.is_null() ? std::nullopt : std::optional(known.get<T>());
+}
+
+// The two numbers of a member.
+template <typename T>
+std::optional<T> pairOf(const json& device, const char* key) {
+  const auto numbers = member<json>(device, key);
+  return numbers ? std::optional(T{numberOf(numbers->at(0)), numberOf(numbers->at(1))})
+                 : std::nullopt;
 }
 
 std::string printed(const json& any) {
@@ -47,28 +57,26 @@ std::string printed(const json& any) {
 
 const std::vector<ConformanceCase>& conformanceCases() {
   static const std::vector<ConformanceCase> all = [] {
-    const json table = testData("conformance.json");
+    const auto table = checked(testData("conformance.json"), {"about", "device", "cases"});
+    const Keys keys{"operation", "receiver", "arguments", "result",
+                    "same",      "log",      "device",    "rule"};
     std::vector<ConformanceCase> cases;
-    for (const json& entry : table.at("cases")) cases.push_back(caseOf(entry, table.at("device")));
+    for (const auto& entry : casesOf(table.at("cases"), keys)) {
+      cases.push_back(caseOf(entry, table.at("device")));
+    }
     return cases;
   }();
   return all;
 }
 
 void prepare(InMemoryPlatform& memory, const ConformanceCase& each) {
-  const json& device = each.device;
-  memory.device().vendor = member<std::string>(device, "vendor");
-  memory.locale().country = member<std::string>(device, "country");
-  memory.locale().languages = member<std::vector<std::string>>(device, "languages");
-  const auto system = device.at("system").get<std::vector<int>>();
-  memory.device().system = {system.at(0), system.at(1), system.at(2)};
-  const auto screen = member<json>(device, "screen");
-  const auto origin = member<json>(device, "origin");
-  if (!screen) return;
-  std::optional<Point> fixed;
-  if (origin) fixed = Point{numberOf(origin->at(0)), numberOf(origin->at(1))};
-  memory.device().screen = std::make_shared<const InMemoryScreen>(
-      Size{numberOf(screen->at(0)), numberOf(screen->at(1))}, fixed);
+  InMemoryDevice& device = memory.device();
+  device.vendor = member<std::string>(each.device, "vendor");
+  device.country = member<std::string>(each.device, "country");
+  device.languages = member<std::vector<std::string>>(each.device, "languages");
+  device.system = each.device.at("system");
+  device.size = pairOf<Size>(each.device, "screen");
+  device.fixedOrigin = pairOf<Point>(each.device, "origin");
 }
 
 std::string fault(const ConformanceCase& each, const json& result,

@@ -3,7 +3,8 @@
 //
 //   {"operation": "mvl_URLDecodeString", "receiver": "a%20b", "arguments": [], "result": "a b"}
 //
-// null stands for an absent argument or result. These arguments are objects of the platform:
+// One without "arguments" has none. null stands for an absent argument or result. These arguments
+// are objects of the platform:
 //
 //   {"$notification": {"title": "T", "subtitle": "S", "body": "B", "userInfo": {"k": 1}}}
 //   {"$request": {...the same...}}
@@ -17,10 +18,13 @@
 //                                    argument (from 1), whose first step in a platform's object is
 //                                    "userInfo"; without a path it is the argument itself
 //   "log": ["line"]                  exactly these lines are written to the system log
-//   "device": {"vendor": null}       what differs from the device at the top of the table; a number
-//                                    of "screen" or "origin" may also be "NaN" or "-Infinity"
+//   "device": {"vendor": null}       what differs from the device at the top of the table, where
+//   null
+//                                    is what is not known; a number of "screen" or "origin" may
+//                                    also be "NaN" or "-Infinity"
 //   "rule": "text"                   what the platform's own operation must do for this result
 //   "about": "text"                  for the reader
+//   "for": [[value, result]]         several cases at once, as TestData.h tells
 #pragma once
 
 #include <nlohmann/json.hpp>

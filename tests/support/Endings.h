@@ -1,16 +1,17 @@
 // How a session's tasks ended: makes their completions and keeps what these were told, as text.
 //
-//   Endings endings(files);
+//   Endings endings;
 //   session.dataTask(url, endings.of("a"))->resume();
 //   EXPECT_EQ(endings.wait(1).at("a"), answered(200, "body"));
 #pragma once
 
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
 
-#include "morvelune/platform/FileManager.h"
 #include "morvelune/platform/URLSession.h"
+#include "support/TemporaryDirectory.h"
 
 namespace morvelune::testing {
 
@@ -27,8 +28,6 @@ inline std::string failed(int code) {
 // It outlives the tasks whose completions it made.
 class Endings {
  public:
-  explicit Endings(std::shared_ptr<FileManager> files) : files_(std::move(files)) {}
-
   // The completion of a data task or of a download. It adds to what was told before, so that the
   // text of a second call, or of an answer beside an error, is none that a test wants.
   [[nodiscard]] auto of(const std::string& name) {
@@ -46,18 +45,13 @@ class Endings {
 
   // Starts a data task and a download, both of which should end so.
   void startBoth(URLSession& session, const std::optional<URL>& url, const std::string& ending) {
-    std::unique_lock lock(mutex_);
     const std::string name = std::to_string(wanted_.size());
     wanted_["data " + name] = wanted_["file " + name] = ending;
-    lock.unlock();
     session.dataTask(url, of("data " + name))->resume();
     session.downloadTask(url, of("file " + name))->resume();
   }
   // How the tasks should end that were started so.
-  EndingsByName wanted() {
-    const std::lock_guard lock(mutex_);
-    return wanted_;
-  }
+  [[nodiscard]] const EndingsByName& wanted() const { return wanted_; }
 
   // Those of the tasks so far, by name, once there are `count` or ten seconds have passed.
   EndingsByName wait(std::size_t count) {
@@ -70,12 +64,8 @@ class Endings {
   static std::string text(const Data& data) {
     return {reinterpret_cast<const char*>(data.bytes().data()), data.size()};
   }
-  std::string text(const URL& location) {
-    const auto data = files_->contents(location);
-    return data ? text(*data) : "no file";
-  }
+  static std::string text(const URL& location) { return contentsOf(location.path()); }
 
-  std::shared_ptr<FileManager> files_;
   std::mutex mutex_;
   std::condition_variable changed_;
   EndingsByName endings_;

@@ -7,13 +7,13 @@ namespace morvelune::testing {
 
 class ExposedExtension : public MVLNotificationServiceExtension {
  public:
-  using MVLNotificationServiceExtension::attachmentsTasksForNotification;
   using MVLNotificationServiceExtension::downloadTaskForAttachment;
   using MVLNotificationServiceExtension::internalAttachments;
   using MVLNotificationServiceExtension::internalBestAttemptContent;
   using MVLNotificationServiceExtension::internalContentHandler;
   using MVLNotificationServiceExtension::internalOperationsCount;
   using MVLNotificationServiceExtension::knownExtensionsMap;
+  using MVLNotificationServiceExtension::setInternalBestAttemptContent;
   using MVLNotificationServiceExtension::setInternalOperationsCount;
   using MVLNotificationServiceExtension::trackingTaskForNotification;
   using MVLNotificationServiceExtension::UTIForData;

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <sstream>
 #include <stdexcept>
 
 namespace morvelune::testing {
@@ -48,9 +47,8 @@ std::optional<ReceivedRequest> receive(int connection) {
     head.append(bytes, static_cast<std::size_t>(count));
     if (head[0] < 'A' || head[0] > 'Z') return std::nullopt;
   }
-  ReceivedRequest request{.head = head};
-  std::istringstream(head) >> request.method >> request.target;
-  return request;
+  const std::size_t target = head.find(' ') + 1;
+  return ReceivedRequest{head.substr(target, head.find(' ', target) - target), head};
 }
 
 }  // namespace
@@ -65,8 +63,10 @@ LoopbackOrigin::~LoopbackOrigin() {
   acceptor_.join();
   {
     const std::lock_guard lock(mutex_);
+    isEnding_ = true;
     for (const int connection : connections_) shutdown(connection, SHUT_RDWR);
   }
+  received_.notify_all();
   for (std::thread& thread : threads_) thread.join();
   close(listener_);
 }
@@ -112,6 +112,10 @@ void LoopbackOrigin::serveConnection(int connection) {
 
 void LoopbackOrigin::answer(int connection, Reply reply) {
   using Fate = Reply::Fate;
+  {
+    std::unique_lock lock(mutex_);
+    received_.wait(lock, [&] { return isEnding_ || requests_.size() >= reply.requests; });
+  }
   const int delay = static_cast<int>(reply.delay.count());
   if (endsWithin(connection, reply.fate == Fate::silent ? -1 : delay)) return;
   if (reply.fate == Fate::reset) {
@@ -139,6 +143,7 @@ void LoopbackOrigin::answer(int connection, Reply reply) {
 Reply LoopbackOrigin::replyTo(const ReceivedRequest& request) {
   const std::lock_guard lock(mutex_);
   requests_.push_back(request);
+  received_.notify_all();
   const auto found = replies_.find(request.target.substr(0, request.target.find('?')));
   return found != replies_.end() ? found->second : Reply{.status = 404, .body = "not found\n"};
 }

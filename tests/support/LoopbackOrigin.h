@@ -8,6 +8,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -34,12 +35,12 @@ struct Reply {
   // When not 0, the body is this many bytes instead: `body`, then zeros.
   std::size_t bodySize = 0;
   std::chrono::milliseconds delay{0};  // before the head is sent
+  std::size_t requests = 0;            // no answer before the origin has received so many in all
   Fate fate = Fate::whole;
 };
 
 struct ReceivedRequest {
-  std::string method = {};
-  std::string target = {};  // path and query
+  std::string target;  // path and query
   std::string head;
 };
 
@@ -62,10 +63,12 @@ class LoopbackOrigin {
  private:
   void acceptConnections();
   void serveConnection(int connection);
-  static void answer(int connection, Reply reply);
+  void answer(int connection, Reply reply);
   Reply replyTo(const ReceivedRequest& request);
 
   mutable std::mutex mutex_;  // of all but the listener and its thread
+  std::condition_variable received_;
+  bool isEnding_ = false;
   std::map<std::string, Reply> replies_;
   std::vector<ReceivedRequest> requests_;
   std::set<int> connections_;

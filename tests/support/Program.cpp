@@ -7,8 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
 #include <system_error>
 
 namespace morvelune::testing {
@@ -18,12 +16,6 @@ using Names = std::vector<std::string>;
 using Clock = std::chrono::steady_clock;
 
 }  // namespace
-
-std::string contentsOf(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
 
 pid_t Program::start(Names arguments, const std::string& input) {
   started_ = Clock::now();

@@ -23,8 +23,6 @@ struct Ended {
   [[nodiscard]] nlohmann::ordered_json report() const { return nlohmann::ordered_json::parse(out); }
 };
 
-[[nodiscard]] std::string contentsOf(const std::string& path);
-
 // One run at a time. Each has a folder for temporary files, which must be empty again afterwards.
 class Program {
  public:

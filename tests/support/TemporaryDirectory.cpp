@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace morvelune::testing {
@@ -36,6 +37,12 @@ std::vector<std::string> TemporaryDirectory::names() const {
   }
   std::sort(names.begin(), names.end());
   return names;
+}
+
+std::string contentsOf(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
 }
 
 }  // namespace morvelune::testing

@@ -23,4 +23,7 @@ class TemporaryDirectory {
   std::string path_;
 };
 
+// All bytes of a file; none if there is no such file.
+[[nodiscard]] std::string contentsOf(const std::string& path);
+
 }  // namespace morvelune::testing

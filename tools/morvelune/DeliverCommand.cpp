@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "morvelune/MVLConstants.h"
+#include "morvelune/platform/linux/LinuxPlatform.h"
+#include "tools/morvelune/Delivery.h"
 #include "tools/morvelune/ExitStatus.h"
 #include "tools/morvelune/Inspection.h"
 #include "tools/morvelune/InstalledPlatform.h"
@@ -21,8 +24,17 @@
 namespace morvelune::tool {
 namespace {
 
+struct DeliverOptions {
+  std::string payload;                              // a file, or "-"
+  Limits limits{.time = std::chrono::seconds(30)};  // what the platform gives an extension
+  std::optional<std::string> keep;
+  bool json = false;
+  bool strict = false;
+  DeviceProfile device;
+};
+
 std::chrono::duration<double> seconds(const std::string& text) {
-  constexpr double day = 86400;  // anything longer is a slip of the hand
+  constexpr double day = 86400;  // anything longer is a typing mistake
   return std::chrono::duration<double>(decimal(text, day));
 }
 
@@ -64,51 +76,25 @@ int fail(int status, const std::string& message) {
 // Empty when a signal asked the process to end.
 std::optional<Report> reportOn(const Payload& payload, const DeliverOptions& options,
                                const PrivateFolder& folder, const TerminationSignals& signals) {
-  LinuxOptions linuxOptions;
-  linuxOptions.device = options.device;
-  linuxOptions.session.temporaryDirectory = folder.path();
-  const auto platform = makeLinuxPlatform(linuxOptions);
+  URLSessionOptions sessionOptions;
+  sessionOptions.temporaryDirectory = folder.path();
+  const auto session = makeLinuxURLSession(sessionOptions);
+  const auto platform = makeLinuxPlatform(session, options.device);
   Inspection inspection = [&] {
-    const InstalledPlatform installed(withoutLog(*platform));
+    const InstalledPlatform installed(platform);
     return inspect(payload.content, payload.bytes);
   }();
   Recorder recorder(attachmentEntries(payload.content, inspection));
   const InstalledPlatform installed(recorder.decorate(*platform));
-  auto outcome = deliver(payload.content, options.limits, recorder, signals);
+  auto outcome = deliver(payload.content, options.limits, recorder, *session, signals);
   if (!outcome) return std::nullopt;
   Report report{inspection.recognised, std::move(inspection.findings), std::move(*outcome), {}, {}};
   if (options.keep) keepAll(report, *options.keep);
   return report;
 }
 
-}  // namespace
-
-void addDeliverCommand(CLI::App& app, DeliverOptions& options) {
-  CLI::App* deliver = app.add_subcommand("deliver", "Deliver a push and report what is shown");
-  deliver->add_option("PAYLOAD", options.payload, "The push's JSON; \"-\" is standard input")
-      ->required()
-      ->type_name("");
-  addOption(
-      *deliver, "--time-limit",
-      [&options](const auto& text) { options.limits.time = seconds(text); },
-      "When the extension's time expires [30]", "SECONDS");
-  addOption(
-      *deliver, "--linger", [&options](const auto& text) { options.limits.linger = seconds(text); },
-      "How long to wait for a second delivery [0]", "SECONDS");
-  addOption(
-      *deliver, "--keep", [&options](const auto& text) { options.keep = text; },
-      "Keep delivered attachments in this folder", "DIR");
-  deliver->add_flag("--json", options.json, "Report as one JSON object");
-  deliver->add_flag("--strict", options.strict,
-                    "Exit with 3 when a request failed or is still pending, a type was unknown or "
-                    "an attachment was refused");
-  addDeviceOptions(*deliver, options.device);
-  deliver->footer(
-      "Exit status: 0 delivered, 1 a payload that cannot be read or a report that cannot be "
-      "written, 2 wrong usage, 3 only with --strict.");
-}
-
-int deliverCommand(const DeliverOptions& options) {
+// Delivers, reports on standard output, and gives the exit status.
+int run(const DeliverOptions& options) {
   const auto read = readPayload(options.payload);
   if (const auto* error = std::get_if<PayloadError>(&read)) {
     return fail(exitFailed, shown(options.payload) + ':' + describe(*error));
@@ -141,6 +127,35 @@ int deliverCommand(const DeliverOptions& options) {
   std::cout << text;
   if (!error.empty()) return fail(exitFailed, shown(error));
   return options.strict && incomplete ? exitFaulty : exitSuccess;
+}
+
+}  // namespace
+
+void addDeliverCommand(CLI::App& app, int& status) {
+  const auto options = std::make_shared<DeliverOptions>();
+  CLI::App* deliver = app.add_subcommand("deliver", "Deliver a push and report what is shown");
+  deliver->add_option("PAYLOAD", options->payload, "The push's JSON; \"-\" is standard input")
+      ->required()
+      ->type_name("");
+  addOption(
+      *deliver, "--time-limit",
+      [options](const auto& text) { options->limits.time = seconds(text); },
+      "When the extension's time expires [30]", "SECONDS");
+  addOption(
+      *deliver, "--linger", [options](const auto& text) { options->limits.linger = seconds(text); },
+      "How long to wait for a second delivery [0]", "SECONDS");
+  addOption(
+      *deliver, "--keep", [options](const auto& text) { options->keep = text; },
+      "Keep delivered attachments in this folder", "DIR");
+  deliver->add_flag("--json", options->json, "Report as one JSON object");
+  deliver->add_flag("--strict", options->strict,
+                    "Exit with 3 when a request failed or is still pending, a type was unknown or "
+                    "an attachment was refused");
+  addDeviceOptions(*deliver, options->device);
+  deliver->footer(
+      "Exit status: 0 delivered, 1 a payload that cannot be read or a report that cannot be "
+      "written, 2 wrong usage, 3 only with --strict.");
+  deliver->callback([options, &status] { status = run(*options); });
 }
 
 }  // namespace morvelune::tool

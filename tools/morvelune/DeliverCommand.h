@@ -2,26 +2,11 @@
 #pragma once
 
 #include <CLI/App.hpp>
-#include <optional>
-#include <string>
-
-#include "morvelune/platform/linux/LinuxPlatform.h"
-#include "tools/morvelune/Delivery.h"
 
 namespace morvelune::tool {
 
-struct DeliverOptions {
-  std::string payload;                              // a file, or "-"
-  Limits limits{.time = std::chrono::seconds(30)};  // what the platform gives an extension
-  std::optional<std::string> keep;
-  bool json = false;
-  bool strict = false;
-  DeviceProfile device;
-};
-
-// Declares the subcommand, which parsing fills in and which runs nothing by itself.
-void addDeliverCommand(CLI::App& app, DeliverOptions& options);
-// Delivers, reports on standard output, and gives the exit status.
-[[nodiscard]] int deliverCommand(const DeliverOptions& options);
+// Declares the subcommand. When it is called it delivers, reports on standard output, and puts the
+// exit status into `status`.
+void addDeliverCommand(CLI::App& app, int& status);
 
 }  // namespace morvelune::tool

@@ -10,6 +10,7 @@
 
 #include "morvelune/MVLNotificationServiceExtension.h"
 #include "morvelune/platform/linux/LinuxPlatform.h"
+#include "payload/PayloadKeys.h"
 
 namespace morvelune::tool {
 namespace {
@@ -19,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 // As the platform reads "aps": an alert is a dictionary of texts, or the body alone.
 UNNotificationRequest requestOf(const Dictionary& payload) {
   UNNotificationContent::Fields fields{.userInfo = payload};
-  if (const auto aps = payload.dictionary("aps")) {
+  if (const auto aps = payload.dictionary(keys::aps)) {
     fields.body = aps->string("alert");
     if (const auto alert = aps->dictionary("alert")) {
       fields.title = alert->string("title");
@@ -75,7 +76,7 @@ UNNotificationServiceExtension::ContentHandler noting(
 }  // namespace
 
 std::optional<Outcome> deliver(const Dictionary& payload, const Limits& limits, Recorder& recorder,
-                               const TerminationSignals& signals) {
+                               LinuxURLSession& session, const TerminationSignals& signals) {
   const UNNotificationRequest request = requestOf(payload);
   const auto deliveries = std::make_shared<std::vector<Delivery>>();
   const auto extension = std::make_shared<MVLNotificationServiceExtension>();
@@ -86,9 +87,9 @@ std::optional<Outcome> deliver(const Dictionary& payload, const Limits& limits, 
   if (wait != Wait::interrupted) {
     wait = run(limits.linger, signals, [&] { return recorder.pending() == 0; });
   }
-  // What ending the requests brings about is no delivery: the main queue runs no more.
+  // Completions of requests that are ended here are not reported: the main queue no longer runs.
   Outcome outcome{*deliveries, recorder.finish()};
-  Platform::current()->urlSession->invalidateAndCancel();
+  session.invalidateAndCancel();
   if (wait == Wait::interrupted) return std::nullopt;
   return outcome;
 }

@@ -9,6 +9,7 @@
 
 #include "morvelune/platform/UNNotificationContent.h"
 #include "morvelune/platform/Value.h"
+#include "morvelune/platform/linux/LinuxPlatform.h"
 #include "tools/morvelune/Recorder.h"
 #include "tools/morvelune/TerminationSignals.h"
 
@@ -35,11 +36,13 @@ struct Outcome {
   Recording recording;
 };
 
-// Delivers the push on the installed platform, which `recorder` decorates, running the main queue
-// on this thread meanwhile. Ends with the first delivery, or, when it may linger, when no request
-// is pending any more. No request runs any more when it returns. Empty when a signal asked the
-// process to end.
+// Delivers the push on the installed platform, which `recorder` decorates and whose requests
+// `session` performs, running the main queue on this thread meanwhile. Ends with the first
+// delivery, which comes at the time limit at the latest. When it may linger, it ends when no
+// request is pending or the time for that is over. No request runs any more when it returns. Empty
+// when a signal asked the process to end.
 [[nodiscard]] std::optional<Outcome> deliver(const Dictionary& payload, const Limits& limits,
-                                             Recorder& recorder, const TerminationSignals& signals);
+                                             Recorder& recorder, LinuxURLSession& session,
+                                             const TerminationSignals& signals);
 
 }  // namespace morvelune::tool

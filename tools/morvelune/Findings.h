@@ -8,7 +8,8 @@
 
 namespace morvelune::tool {
 
-// What a device does is at fault with an error; with a warning it depends on more than the payload.
+// With an error, devices or the older ones among them do not do what was meant; with a warning,
+// that depends on more than the payload.
 enum class Severity : std::uint8_t { error, warning };
 
 // A kind of finding. Its name never changes; its message, one sentence, says what will happen and
@@ -47,9 +48,9 @@ inline constexpr FindingCode wrongType{
     "It counts as missing, because it is %@ in the place of %@; change its type."};
 
 inline constexpr FindingCode trackingNoUrl{"tracking-no-url", Severity::error,
-                                           "No display tracking request will be sent: %@."};
+                                           "There is no valid display tracking address: %@."};
 inline constexpr FindingCode actionNoUrl{"action-no-url", Severity::warning,
-                                         "This action has no tracking address: %@."};
+                                         "This action has no valid tracking address: %@."};
 inline constexpr FindingCode tagUnfilled{"tag-unfilled", Severity::warning,
                                          "The tag \"%@\" is sent as it stands, because %@."};
 
@@ -58,8 +59,8 @@ inline constexpr FindingCode attachmentNoUrl{
     "This attachment has no address and is never shown; give it that of its media file."};
 inline constexpr FindingCode attachmentBadUrl{
     "attachment-bad-url", Severity::error,
-    "The address is no valid URL and the attachment is never shown; percent-encode blanks, "
-    "quotes, bars, brackets and whatever is not ASCII."};
+    "The address is no valid URL, so older systems never show the attachment and newer ones encode "
+    "the address; percent-encode blanks, quotes, bars, brackets and whatever is not ASCII."};
 inline constexpr FindingCode attachmentScheme{
     "attachment-scheme", Severity::error,
     "Only http and https are fetched and the attachment is never shown; write an address that "

@@ -5,7 +5,11 @@
 #include <CLI/Error.hpp>
 #include <algorithm>
 #include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
+#include "morvelune/platform/linux/LinuxPlatform.h"
 #include "tools/morvelune/ExitStatus.h"
 #include "tools/morvelune/InspectionReport.h"
 #include "tools/morvelune/InstalledPlatform.h"
@@ -22,6 +26,14 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr char standardInput[] = "-";
+
+struct InspectOptions {
+  std::vector<std::string> payloads;  // files, or "-"
+  bool json = false;
+  bool jsonLines = false;  // instead of payloads: one a line from standard input
+  bool strict = false;
+  DeviceProfile device;
+};
 
 // The status of a run: unreadable input weighs more than findings.
 int worse(int left, int right) {
@@ -105,37 +117,39 @@ int inspectLines(const InspectOptions& options) {
   return status;
 }
 
+// Inspects, reports on standard output, and gives the exit status.
+int run(const InspectOptions& options) {
+  LinuxOptions linuxOptions;
+  linuxOptions.device = options.device;
+  const InstalledPlatform installed(makeLinuxPlatform(linuxOptions));
+  return options.jsonLines ? inspectLines(options) : inspectFiles(options);
+}
+
 }  // namespace
 
-CLI::App* addInspectCommand(CLI::App& app, InspectOptions& options) {
+void addInspectCommand(CLI::App& app, int& status) {
+  const auto options = std::make_shared<InspectOptions>();
   CLI::App* inspect = app.add_subcommand("inspect", "Check pushes without the network");
   CLI::Option* payloads =
-      inspect->add_option("PAYLOAD", options.payloads, "Pushes' JSON; \"-\" is standard input")
+      inspect->add_option("PAYLOAD", options->payloads, "Pushes' JSON; \"-\" is standard input")
           ->type_name("");
   CLI::Option* json = inspect->add_flag(
-      "--json", options.json, "Report as JSON, an object per payload, one after the other");
+      "--json", options->json, "Report as JSON, an object per payload, one after the other");
   inspect
-      ->add_flag("--jsonl", options.jsonLines,
+      ->add_flag("--jsonl", options->jsonLines,
                  "Read a payload a line from standard input and write an object a line; a line "
                  "that cannot be read, an empty one too, gets one with \"error\"")
       ->excludes(payloads)
       ->excludes(json);
-  inspect->add_flag("--strict", options.strict, "Let warnings count as errors");
-  addDeviceOptions(*inspect, options.device);
+  inspect->add_flag("--strict", options->strict, "Let warnings count as errors");
+  addDeviceOptions(*inspect, options->device);
   inspect->footer(
       "Exit status: 0 no errors found, 1 input that cannot be read (which outweighs 3), 2 wrong "
       "usage, 3 errors found.");
-  inspect->parse_complete_callback([&options] {
-    if (options.payloads.empty() && !options.jsonLines) throw CLI::RequiredError("PAYLOAD");
+  inspect->callback([options, &status] {
+    if (options->payloads.empty() && !options->jsonLines) throw CLI::RequiredError("PAYLOAD");
+    status = run(*options);
   });
-  return inspect;
-}
-
-int inspectCommand(const InspectOptions& options) {
-  LinuxOptions linuxOptions;
-  linuxOptions.device = options.device;
-  const InstalledPlatform installed(withoutLog(*makeLinuxPlatform(linuxOptions)));
-  return options.jsonLines ? inspectLines(options) : inspectFiles(options);
 }
 
 }  // namespace morvelune::tool

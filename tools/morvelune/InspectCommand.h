@@ -2,24 +2,11 @@
 #pragma once
 
 #include <CLI/App.hpp>
-#include <string>
-#include <vector>
-
-#include "morvelune/platform/linux/LinuxPlatform.h"
 
 namespace morvelune::tool {
 
-struct InspectOptions {
-  std::vector<std::string> payloads;  // files, or "-"
-  bool json = false;
-  bool jsonLines = false;  // instead of payloads: one a line from standard input
-  bool strict = false;
-  DeviceProfile device;
-};
-
-// Declares the subcommand, which parsing fills in and which runs nothing by itself.
-CLI::App* addInspectCommand(CLI::App& app, InspectOptions& options);
-// Inspects, reports on standard output, and gives the exit status.
-[[nodiscard]] int inspectCommand(const InspectOptions& options);
+// Declares the subcommand. When it is called it inspects, reports on standard output, and puts the
+// exit status into `status`.
+void addInspectCommand(CLI::App& app, int& status);
 
 }  // namespace morvelune::tool

@@ -8,14 +8,17 @@
 #include <string_view>
 #include <utility>
 
-#include "detection/TypeResolution.h"
+#include "detection/MediaTypes.h"
 #include "morvelune/MVLConstants.h"
 #include "morvelune/MVLNotificationContentExtension.h"
 #include "morvelune/MVLPushHelpers.h"
 #include "morvelune/MVLURLHelpers.h"
+#include "morvelune/platform/ASCII.h"
 #include "morvelune/platform/Path.h"
+#include "payload/PayloadKeys.h"
 #include "platform/linux/SuggestedFilename.h"
 #include "tools/morvelune/TextTable.h"
+#include "util/Tags.h"
 
 namespace morvelune::tool {
 namespace {
@@ -25,8 +28,6 @@ using Types = std::initializer_list<Type>;
 
 // The platform's documented limit for a remote notification's payload.
 constexpr std::size_t mostBytes = 4096;
-// Of an attachment whose entry has none, as the extension names it.
-constexpr char defaultIdentifier[] = "mvl.default.id";
 
 // Integers and other numbers are one to a sender.
 Type kindOf(const Value& value) {
@@ -60,12 +61,6 @@ std::string namesOf(Types types) {
   return names;
 }
 
-std::string lowercased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
-  return text;
-}
-
 std::string join(const std::string& path, std::string_view key) {
   return (path + '.').append(key);
 }
@@ -74,13 +69,13 @@ std::string element(std::string_view key, std::size_t index) {
   return std::string(key) + '[' + std::to_string(index) + ']';
 }
 
-// The names of the tags that stand in an address, each once. Between two bars of different tags
-// there is no tag: what delimits the parts of an address is taken to be in no name.
+// The names of the tags that stand in an address, each once. A name is taken to hold no character
+// that separates the parts of an address, so that the text between two tags is none.
 std::vector<std::string> tagsIn(const std::string& address) {
   std::vector<std::string> names;
   std::set<std::string> seen;
-  const std::string lower = lowercased(address);
-  for (const std::string_view bar : {"|", "%7c"}) {
+  const std::string lower = asciiLowercased(address);
+  for (const std::string_view bar : tagDelimiters) {
     for (std::size_t open = lower.find(bar); open != std::string::npos;) {
       const std::size_t begin = open + bar.size();
       const std::size_t close = lower.find(bar, begin);
@@ -113,7 +108,7 @@ class Inspector {
 
   Inspection inspect() {
     result_.recognised = MVLPushHelpers::isMorveluneNotification(payload_);
-    if (!result_.recognised) find(codes::notRecognised, "k2tid");
+    if (!result_.recognised) find(codes::notRecognised, keys::identifier);
     if (result_.bytes > mostBytes) {
       find(codes::payloadTooLarge, ".", {std::to_string(result_.bytes), std::to_string(mostBytes)});
     }
@@ -144,13 +139,13 @@ class Inspector {
   }
 
   void inspectAps() {
-    expect({Type::dictionary}, payload_, "aps");
-    const Dictionary aps = payload_.dictionary("aps").value_or(Dictionary());
+    expect({Type::dictionary}, payload_, keys::aps);
+    const Dictionary aps = payload_.dictionary(keys::aps).value_or(Dictionary());
     const Value mutableContent = aps.value("mutable-content").value_or(Value());
     if (mutableContent != Value(1) && mutableContent != Value(1.0)) {
       find(codes::noMutableContent, "aps.mutable-content");
     }
-    expect({Type::string, Type::dictionary}, aps, "alert", "aps");
+    expect({Type::string, Type::dictionary}, aps, "alert", keys::aps);
     const Dictionary alert = aps.dictionary("alert").value_or(Dictionary());
     for (const char* key : {"title", "subtitle", "body"}) {
       expect({Type::string}, alert, key, "aps.alert");
@@ -159,20 +154,21 @@ class Inspector {
   }
 
   void inspectTracking() {
-    if (!payload_.contains("mvl-tk")) return;
-    expect({Type::dictionary}, payload_, "mvl-tk");
-    const Dictionary descriptor = payload_.dictionary("mvl-tk").value_or(Dictionary());
-    expect({Type::string}, descriptor, "url", "mvl-tk");
-    expect({Type::dictionary}, descriptor, "params", "mvl-tk");
+    if (!payload_.contains(keys::tracking)) return;
+    expect({Type::dictionary}, payload_, keys::tracking);
+    const Dictionary descriptor = payload_.dictionary(keys::tracking).value_or(Dictionary());
+    expect({Type::string}, descriptor, keys::trackingURL, keys::tracking);
+    expect({Type::dictionary}, descriptor, keys::trackingParams, keys::tracking);
     for (const auto& [key, entry] : descriptor) {
-      if (key != "url" && key != "params") inspectAction(descriptor, key, entry);
+      if (key != keys::trackingURL && key != keys::trackingParams)
+        inspectAction(descriptor, key, entry);
     }
     InspectedAction display{.name = MVLUNCenterTrackingActionReceived};
     if (!descriptor.contains(display.name)) explainMissingAddress(descriptor, display);
   }
 
   void inspectAction(const Dictionary& descriptor, const std::string& name, const Value& entry) {
-    const std::string path = join("mvl-tk", name);
+    const std::string path = join(keys::tracking, name);
     expect({Type::string}, entry, path);
     InspectedAction action{.name = name};
     if (const auto url = MVLPushHelpers::trackingURLForAction(name, payload_)) {
@@ -192,34 +188,37 @@ class Inspector {
 
   // Notes what stays unfilled in the action, too.
   void explainMissingAddress(const Dictionary& descriptor, InspectedAction& action) {
-    const auto base = descriptor.string("url");
+    const auto base = descriptor.string(keys::trackingURL);
     const auto component = descriptor.string(action.name);
     std::string reason;
     if (!base) {
-      reason = "\"mvl-tk\" has no text \"url\"; add it";
+      reason = "\"mvl-tk\" has no text \"url\", so nothing can be requested; add it";
     } else if (!component) {
-      reason = "\"mvl-tk\" has no text \"" + action.name + "\"; add it";
+      reason =
+          "\"mvl-tk\" has no text \"" + action.name + "\", so nothing can be requested; add it";
     } else {
       const std::string filled =
           MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
-                                   descriptor.dictionary("params"))
+                                   descriptor.dictionary(keys::trackingParams))
               .value_or("");
       action.unfilled = tagsIn(filled);
       reason = whyNoURL(filled, action.unfilled);
     }
     const bool isDisplay = action.name == MVLUNCenterTrackingActionReceived;
-    find(isDisplay ? codes::trackingNoUrl : codes::actionNoUrl, join("mvl-tk", action.name),
+    find(isDisplay ? codes::trackingNoUrl : codes::actionNoUrl, join(keys::tracking, action.name),
          {reason});
   }
 
   static std::string whyNoURL(const std::string& filled, const std::vector<std::string>& unfilled) {
+    const std::string noURL =
+        "no valid URL, which older systems cannot request and newer ones encode; ";
     if (unfilled.empty() || filled.find('|') == std::string::npos) {
-      return "\"" + filled + "\" is no valid URL; percent-encode what a URL cannot hold";
+      return "\"" + filled + "\" is " + noURL + "percent-encode what a URL cannot hold";
     }
     std::string tags;
     for (const std::string& tag : unfilled) tags += (tags.empty() ? "|" : ", |") + tag + '|';
-    return "what stays unfilled (" + tags +
-           ") makes it no valid URL; give it a value in \"params\" or take it out";
+    return "what stays unfilled (" + tags + ") makes it " + noURL +
+           "give it a value in \"params\" or take it out";
   }
 
   void inspectAttachments() {
@@ -233,7 +232,8 @@ class Inspector {
       expect({Type::string}, attachment, MVLAttachmentURLKey, path);
       expect({Type::string}, attachment, MVLAttachmentIDKey, path);
       const auto identifier = attachment.string(MVLAttachmentIDKey);
-      InspectedAttachment inspected{.identifier = identifier.value_or(defaultIdentifier)};
+      InspectedAttachment inspected{.identifier =
+                                        identifier.value_or(keys::defaultAttachmentIdentifier)};
       inspectAddress(attachment.string(MVLAttachmentURLKey), join(path, MVLAttachmentURLKey),
                      inspected);
       const bool isFirst = identifiers.insert(inspected.identifier).second;
@@ -253,43 +253,43 @@ class Inspector {
   void inspectAddress(const std::optional<std::string>& address, const std::string& path,
                       InspectedAttachment& attachment) {
     if (!address || address->empty()) return find(codes::attachmentNoUrl, path);
-    const auto url = URL::parse(*address);
+    const auto url = URL::parseRFC2396(*address);
     if (!url) return find(codes::attachmentBadUrl, path);
     attachment.url = *address;
-    const std::string scheme = url->scheme();
-    if (scheme != "http" && scheme != "https") return find(codes::attachmentScheme, path);
-    if (scheme == "http") find(codes::attachmentPlainHttp, path);
+    if (!url->isHTTP()) return find(codes::attachmentScheme, path);
+    if (url->scheme() == "http") find(codes::attachmentPlainHttp, path);
     for (const std::string& tag : tagsIn(*address)) {
       find(codes::tagUnfilled, path,
            {tag, "tags are filled in tracking addresses only; write its value out"});
     }
     const std::string name = suggestedFilename(std::nullopt, *address);
-    attachment.typeByName = detection::typeOfFilename(name);
+    const std::string extension = pathExtension(name);
+    attachment.typeByName = detection::typeOfExtension(extension);
     if (attachment.typeByName) return;
-    const bool isKnown = detection::extensionMap().contains(lowercased(pathExtension(name)));
+    const bool isKnown = detection::typeOfExtension(asciiLowercased(extension)).has_value();
     find(isKnown ? codes::extensionCase : codes::extensionUnknown, path, {name});
   }
 
   void inspectButtons() {
-    expect({Type::array}, payload_, "k2tb");
-    const Array entries = payload_.array("k2tb").value_or(Array());
+    expect({Type::array}, payload_, keys::buttons);
+    const Array entries = payload_.array(keys::buttons).value_or(Array());
     std::map<std::string, std::size_t> firstOf;
     for (const Value& entry : entries) {
       const std::size_t index = result_.buttons.size();
-      const std::string path = element("k2tb", index);
+      const std::string path = element(keys::buttons, index);
       expect({Type::dictionary}, entry, path);
       const Dictionary button = entry.dictionary().value_or(Dictionary());
-      expect({Type::string}, button, "bid", path);
-      expect({Type::dictionary}, button, "ccp", path);
-      expect({Type::boolean, Type::integer, Type::string}, button, "delay-dismiss", path);
-      const auto identifier = button.string("bid");
+      expect({Type::string}, button, keys::buttonIdentifier, path);
+      expect({Type::dictionary}, button, keys::buttonParams, path);
+      expect({Type::boolean, Type::integer, Type::string}, button, keys::delayDismiss, path);
+      const auto identifier = button.string(keys::buttonIdentifier);
       InspectedButton inspected;
       if (!identifier) {
-        find(codes::buttonNoBid, join(path, "bid"));
+        find(codes::buttonNoBid, join(path, keys::buttonIdentifier));
       } else if (const auto [first, isNew] = firstOf.try_emplace(*identifier, index); isNew) {
         inspected = tapped(*identifier, button, path);
       } else {
-        find(codes::buttonBidRepeated, join(path, "bid"), {*identifier});
+        find(codes::buttonBidRepeated, join(path, keys::buttonIdentifier), {*identifier});
         inspected = result_.buttons[first->second];
       }
       result_.buttons.push_back(std::move(inspected));
@@ -303,9 +303,9 @@ class Inspector {
                          const std::string& path) {
     if (identifier == UNNotificationDefaultActionIdentifier ||
         identifier == UNNotificationDismissActionIdentifier) {
-      find(codes::buttonBidReserved, join(path, "bid"), {identifier});
+      find(codes::buttonBidReserved, join(path, keys::buttonIdentifier), {identifier});
     }
-    const Dictionary payload{{"k2tid", true}, {"k2tb", Array{button}}};
+    const Dictionary payload{{keys::identifier, true}, {keys::buttons, Array{button}}};
     const UNNotificationResponse response{{{std::make_shared<const UNNotificationContent>(
                                               UNNotificationContent::Fields{.userInfo = payload})}},
                                           identifier};

@@ -39,8 +39,8 @@ struct Inspection {
   Findings findings;  // in the order of the payload's sections
 };
 
-// Asks the library, on the installed platform, whose log gets a line for each attachment. A push
-// of another sender is looked at as if it had been recognised. `bytes` is the payload's size.
+// Asks the library's functions on the installed platform; nothing is logged or fetched. A push of
+// another sender is looked at as if it had been recognised. `bytes` is the payload's size.
 [[nodiscard]] Inspection inspect(const Dictionary& payload, std::size_t bytes);
 
 }  // namespace morvelune::tool

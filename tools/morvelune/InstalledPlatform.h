@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <utility>
 
 #include "morvelune/platform/Platform.h"
@@ -19,15 +18,5 @@ class InstalledPlatform {
   InstalledPlatform(const InstalledPlatform&) = delete;
   InstalledPlatform& operator=(const InstalledPlatform&) = delete;
 };
-
-// A copy of `platform` whose log drops every line.
-[[nodiscard]] inline std::shared_ptr<const Platform> withoutLog(const Platform& platform) {
-  class NoLog : public SystemLog {
-    void writeLine(const std::string& /*line*/) override {}
-  };
-  auto silent = std::make_shared<Platform>(platform);
-  silent->systemLog = std::make_shared<NoLog>();
-  return silent;
-}
 
 }  // namespace morvelune::tool

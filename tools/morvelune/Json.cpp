@@ -27,8 +27,7 @@ ordered_json toJson(const Value& value) {
     case Value::Type::boolean:
       return *value.boolean();
     case Value::Type::integer:
-      if (const auto integer = value.integer()) return *integer;
-      return *value.unsignedInteger();
+      return *value.visitInteger([](auto number) { return ordered_json(number); });
     case Value::Type::real:
       return *value.real();
     case Value::Type::string:

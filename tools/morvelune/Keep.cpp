@@ -11,29 +11,19 @@
 #include <system_error>
 #include <utility>
 
+#include "detection/MediaTypes.h"
+
 namespace morvelune::tool {
 namespace {
 
 namespace fs = std::filesystem;
 
-// The types that the platform shows, each with the file-name extension it is best known by.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 11> usualExtensions{
-    {{"public.aiff-audio", ".aiff"},
-     {"com.microsoft.waveform-audio", ".wav"},
-     {"public.mp3", ".mp3"},
-     {"public.mpeg-4-audio", ".m4a"},
-     {"public.jpeg", ".jpg"},
-     {"com.compuserve.gif", ".gif"},
-     {"public.png", ".png"},
-     {"public.mpeg", ".mpg"},
-     {"public.mpeg-2-video", ".m2v"},
-     {"public.mpeg-4", ".mp4"},
-     {"public.avi", ".avi"}}};
-
+// With its dot; empty when no extension is known.
 std::string usualExtension(const std::optional<std::string>& type) {
-  const auto* const row = std::find_if(usualExtensions.begin(), usualExtensions.end(),
-                                       [&](const auto& each) { return each.first == type; });
-  return row == usualExtensions.end() ? "" : std::string(row->second);
+  for (const detection::MediaType& each : detection::mediaTypes()) {
+    if (each.identifier == type) return '.' + std::string(each.extensions.front());
+  }
+  return "";
 }
 
 // An identifier comes from the payload and may hold anything.

@@ -11,8 +11,8 @@ namespace morvelune::tool {
 
 class LineReader {
  public:
-  // Lines longer than `maximumLength` bytes are cut to one byte more, which tells them. Each time
-  // before more is read, and the reader may have to wait, `beforeReading` is called.
+  // A line longer than `maximumLength` bytes is cut to one byte more than that, so that it can be
+  // recognised. `beforeReading` is called before each read, which may wait.
   LineReader(int descriptor, std::size_t maximumLength, std::function<void()> beforeReading);
 
   // Puts the next line, without its line feed, in place of what `line` holds; false at the end.

@@ -20,14 +20,13 @@ Size screenSize(const std::string& text) {
   return {decimal(text.substr(0, x), largest), decimal(text.substr(x + 1), largest)};
 }
 
-ScreenOrientation screenOrientation(const std::string& text) {
-  using enum ScreenOrientation;
-  constexpr std::array<std::pair<std::string_view, ScreenOrientation>, 5> names{
-      {{"portrait", portrait},
-       {"portrait-upside-down", portraitUpsideDown},
-       {"landscape-right", landscapeRight},
-       {"landscape-left", landscapeLeft},
-       {"unknown", unknown}}};
+UIInterfaceOrientation screenOrientation(const std::string& text) {
+  constexpr std::array<std::pair<std::string_view, UIInterfaceOrientation>, 5> names{
+      {{"portrait", UIInterfaceOrientationPortrait},
+       {"portrait-upside-down", UIInterfaceOrientationPortraitUpsideDown},
+       {"landscape-right", UIInterfaceOrientationLandscapeRight},
+       {"landscape-left", UIInterfaceOrientationLandscapeLeft},
+       {"unknown", UIInterfaceOrientationUnknown}}};
   for (const auto& [name, orientation] : names) {
     if (text == name) return orientation;
   }

@@ -122,8 +122,6 @@ class Recorder::Session : public URLSession {
                                                  noting<URL>(request, std::move(completion))));
   }
 
-  void invalidateAndCancel() override { session_->invalidateAndCancel(); }
-
  private:
   class Task : public URLSessionTask {
    public:
@@ -169,7 +167,7 @@ class Recorder::Attachments : public NotificationAttachments {
       : attachments_(std::move(attachments)), notes_(std::move(notes)) {}
 
   [[nodiscard]] Result attachment(const std::string& identifier, const URL& file,
-                                  const std::optional<std::string>& typeHint) const override {
+                                  std::optional<std::string_view> typeHint) const override {
     Result result = attachments_->attachment(identifier, file, typeHint);
     if (const auto* error = std::get_if<Error>(&result)) notes_->refuse(identifier, *error);
     return result;

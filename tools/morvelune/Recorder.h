@@ -58,8 +58,8 @@ class Recorder {
   // only: a log that nobody reads must not hold up a delivery.
   [[nodiscard]] std::shared_ptr<const Platform> decorate(const Platform& platform) const;
   [[nodiscard]] double elapsedMs() const;
-  // How many started requests have not been dealt with. It falls on the main queue, after whatever
-  // a request's completion queued there.
+  // How many started requests have not completed. It falls on the main queue, after whatever a
+  // request's completion queued there.
   [[nodiscard]] std::size_t pending() const;
   // What was noted so far. Nothing is noted or logged afterwards.
   [[nodiscard]] Recording finish();

@@ -172,8 +172,7 @@ std::string jsonReport(const Report& report) {
                           {"requests", std::move(requests)},
                           {"log", report.outcome.recording.log},
                           {"findings", findingsJson(report.findings)}};
-  // What a server says need not be UTF-8; bad bytes are replaced rather than thrown at.
-  return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + '\n';
+  return dump(json) + '\n';
 }
 
 }  // namespace morvelune::tool

@@ -17,7 +17,7 @@ struct Report {
   std::string keepError;                         // why some could not be kept; "" when all were
 };
 
-// Both look at the attachments' files to tell their sizes and end with a line feed.
+// Both read the sizes of the attachments' files, and both texts end with a line feed.
 //
 // A few aligned lines; control characters in what payload and servers say are written escaped.
 [[nodiscard]] std::string textReport(const Report& report);

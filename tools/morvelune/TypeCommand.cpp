@@ -6,14 +6,16 @@
 
 #include <cerrno>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <system_error>
+#include <vector>
 
-#include "detection/SignatureTable.h"
-#include "detection/TypeResolution.h"
+#include "detection/MediaTypes.h"
+#include "morvelune/platform/Path.h"
 #include "tools/morvelune/ExitStatus.h"
-#include "tools/morvelune/InstalledPlatform.h"
 #include "tools/morvelune/Json.h"
 #include "tools/morvelune/TextTable.h"
 
@@ -21,6 +23,11 @@ namespace morvelune::tool {
 namespace {
 
 using nlohmann::ordered_json;
+
+struct TypeOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
 
 struct TypedFile {
   std::string path;
@@ -61,7 +68,7 @@ Data header(const std::string& path) {
 
 TypedFile typed(const std::string& path) {
   if (auto type = detection::typeOfContent(header(path))) return {path, type, "content"};
-  if (auto type = detection::typeOfFilename(path)) return {path, type, "extension"};
+  if (auto type = detection::typeOfExtension(pathExtension(path))) return {path, type, "extension"};
   return {path, std::nullopt, std::nullopt};
 }
 
@@ -81,20 +88,8 @@ std::string jsonReport(const std::vector<TypedFile>& files) {
   return dump(list, 2) + '\n';
 }
 
-}  // namespace
-
-CLI::App* addTypeCommand(CLI::App& app, TypeOptions& options) {
-  CLI::App* type = app.add_subcommand("type", "Tell the media types of files");
-  type->add_option("FILE", options.files, "Regular files, of which the first 16 bytes are read")
-      ->required()
-      ->type_name("");
-  type->add_flag("--json", options.json, "Report as one JSON array");
-  type->footer("Exit status: 0 all files read, 1 some not, 2 wrong usage.");
-  return type;
-}
-
-int typeCommand(const TypeOptions& options) {
-  const InstalledPlatform installed(withoutLog(*Platform::native()));
+// Looks at the files, reports on standard output, and gives the exit status.
+int run(const TypeOptions& options) {
   std::vector<TypedFile> files;
   int status = exitSuccess;
   for (const std::string& path : options.files) {
@@ -107,6 +102,19 @@ int typeCommand(const TypeOptions& options) {
   }
   std::cout << (options.json ? jsonReport(files) : textReport(files));
   return status;
+}
+
+}  // namespace
+
+void addTypeCommand(CLI::App& app, int& status) {
+  const auto options = std::make_shared<TypeOptions>();
+  CLI::App* type = app.add_subcommand("type", "Tell the media types of files");
+  type->add_option("FILE", options->files, "Regular files, of which the first 16 bytes are read")
+      ->required()
+      ->type_name("");
+  type->add_flag("--json", options->json, "Report as one JSON array");
+  type->footer("Exit status: 0 all files read, 1 some not, 2 wrong usage.");
+  type->callback([options, &status] { status = run(*options); });
 }
 
 }  // namespace morvelune::tool

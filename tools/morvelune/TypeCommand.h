@@ -1,20 +1,12 @@
-// The subcommand "type": which media types files have, and what tells so.
+// The subcommand "type": which media types files have, and what tells each.
 #pragma once
 
 #include <CLI/App.hpp>
-#include <string>
-#include <vector>
 
 namespace morvelune::tool {
 
-struct TypeOptions {
-  std::vector<std::string> files;
-  bool json = false;
-};
-
-// Declares the subcommand, which parsing fills in and which runs nothing by itself.
-CLI::App* addTypeCommand(CLI::App& app, TypeOptions& options);
-// Looks at the files, reports on standard output, and gives the exit status.
-[[nodiscard]] int typeCommand(const TypeOptions& options);
+// Declares the subcommand. When it is called it looks at the files, reports on standard output, and
+// puts the exit status into `status`.
+void addTypeCommand(CLI::App& app, int& status);
 
 }  // namespace morvelune::tool

@@ -1,4 +1,4 @@
-// morvelune: shows on a desk what a push would become on a device.
+// morvelune: shows what a device would make of a push.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
@@ -38,21 +38,17 @@ int run(int argc, char** argv) {
     return "morvelune: " + std::string(error.what()) + "\nSee: " + failed->get_name() + " --help\n";
   });
   app.require_subcommand(1);
-  DeliverOptions deliverOptions;
-  InspectOptions inspectOptions;
-  TypeOptions typeOptions;
-  addDeliverCommand(app, deliverOptions);
-  const CLI::App* inspect = addInspectCommand(app, inspectOptions);
-  const CLI::App* type = addTypeCommand(app, typeOptions);
+  int status = exitSuccess;
+  addDeliverCommand(app, status);
+  addInspectCommand(app, status);
+  addTypeCommand(app, status);
 
   try {
-    app.parse(argumentsOf(argc, argv));
+    app.parse(argumentsOf(argc, argv));     // which calls the subcommand
   } catch (const CLI::ParseError& error) {  // --help and --version, too
     return app.exit(error) == 0 ? exitSuccess : exitUsage;
   }
-  if (inspect->parsed()) return inspectCommand(inspectOptions);
-  if (type->parsed()) return typeCommand(typeOptions);
-  return deliverCommand(deliverOptions);
+  return status;
 }
 
 }  // namespace

@@ -9,10 +9,10 @@ NS_ASSUME_NONNULL_BEGIN
 /// The country code of the user's locale, such as "FR"; "" when it has none.
 + (NSString*)countryCode;
 
-/// Posts a notification through the default centre from a block on the main queue, and so never
-/// before this call has returned, on the main thread either. Posts of one thread arrive in its
-/// order. The object and the dictionary are retained until then and reach observers as the same
-/// objects; absent ones as nil. Without a name nothing is posted.
+/// Posts a notification through the default centre from a block on the main queue, so that a call
+/// on the main thread returns before the post. Posts of one thread arrive in its order. The object
+/// and the dictionary are retained until then and reach observers as the same objects; absent ones
+/// as nil. Without a name nothing is posted.
 + (void)postNotificationOnMainThread:(nullable NSString*)name
                               object:(nullable id)object
                             userInfo:(nullable NSDictionary*)userInfo;

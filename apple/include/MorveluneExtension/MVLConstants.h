@@ -17,7 +17,7 @@ MVL_EXPORT NSString* const MVLAttachmentURLKey;
 /// In an entry of that list, the attachment's identifier: "att-id".
 MVL_EXPORT NSString* const MVLAttachmentIDKey;
 
-/// The payload's flag that tells that the display tracking request was scheduled:
+/// The flag in the delivered payload that is true when the display tracking request was scheduled:
 /// "mvl-disp-track-sent".
 MVL_EXPORT NSString* const MVLPayloadTrackingSentKey;
 

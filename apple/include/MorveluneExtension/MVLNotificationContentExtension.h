@@ -11,9 +11,10 @@ NS_ASSUME_NONNULL_BEGIN
 /// Stateless; callable from any thread.
 @interface MVLNotificationContentExtension : NSObject
 
-/// Whether the tapped button's "delay-dismiss" reads as true: a number other than zero, or a string
-/// in which, after white space, one sign and zeros, stands Y, y, T, t or a digit from 1 to 9. NO
-/// for a foreign notification, a system action and an unknown button.
+/// Whether the tapped button's "delay-dismiss" reads as true. A number does unless it is zero. A
+/// string does when white space, a sign and zeros, each of which may be missing, are followed by Y,
+/// y, T, t or a digit from 1 to 9. NO for a foreign notification, a system action and an unknown
+/// button.
 + (BOOL)shouldDelayDismissForNotificationResponse:(UNNotificationResponse*)response;
 
 /// The notification's custom parameters; nil for a notification that this system did not send. See

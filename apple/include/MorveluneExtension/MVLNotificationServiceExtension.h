@@ -16,16 +16,17 @@ NS_ASSUME_NONNULL_BEGIN
 
 struct MVLNotificationServiceExtensionCore;
 
-/// Requests and expiry may arrive on any threads while completions run on the shared session's
-/// callback queue; the handler is called on whichever of them delivers. It is called a second time
-/// when tasks finish after time has expired.
+/// It handles one request at a time: the next may follow once the handler has been called. A
+/// request, expiry and reads of the best attempt may come on different threads while completions
+/// run on the shared session's callback queue. The handler is called on the thread that delivers,
+/// and again when tasks finish after time has expired.
 @interface MVLNotificationServiceExtension : UNNotificationServiceExtension {
  @private
   struct MVLNotificationServiceExtensionCore* _core;
 }
 
-/// A copy of the content that would be delivered now: the attachments finished so far, in the order
-/// of their identifiers. Nil before the first request of this system. Any thread.
+/// A copy of the content that would be delivered now, with the attachments finished so far in
+/// ascending byte order of their identifiers. Nil before the first request of this system.
 @property(nonatomic, readonly, nullable) UNNotificationContent* mvlBestAttemptContent;
 
 /// Processes one request. The handler gets the request's own content, at once, when this system did
@@ -35,7 +36,7 @@ struct MVLNotificationServiceExtensionCore;
                    withContentHandler:(void (^)(UNNotificationContent*))contentHandler;
 
 /// Calls the handler at once with what has been collected so far, whether or not it was called
-/// before. There must have been a request of this system.
+/// before. Does nothing before the first request of this system.
 - (void)serviceExtensionTimeWillExpire;
 
 @end

@@ -1,17 +1,19 @@
 // The steps and the state of MVLNotificationServiceExtension, for subclasses to call. The umbrella
 // header leaves it out: import it where such a subclass is implemented.
 //
-// The library does not send these messages to itself: overriding one changes what others get who
-// send it, not how a request is processed.
+// The library does not call these methods itself, so overriding one does not change how a request
+// is processed.
 #import <MorveluneExtension/MVLNotificationServiceExtension.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 @interface MVLNotificationServiceExtension (Subclass)
 
-/// Puts the attachments in place and calls the handler with the best attempt content itself.
+/// Puts the attachments in place and calls the handler, if there is one, with the best attempt
+/// content itself.
 - (void)excuteCompletionHandler;
-/// Sets the best attempt content's attachments: those collected, by ascending identifier.
+/// Sets the best attempt content's attachments: those collected, in ascending byte order of their
+/// identifiers; among equal ones, in the order in which their downloads completed.
 - (void)updateBestAttemptContentAttachements;
 
 /// The display tracking request, not started; raises the operations count. Nil, with no effect,
@@ -33,7 +35,8 @@ NS_ASSUME_NONNULL_BEGIN
 - (NSDictionary<NSString*, NSArray<NSDictionary<NSString*, id>*>*>*)UTIMap;
 /// The type that the first 16 bytes tell; nil when no signature matches or there are fewer.
 - (nullable NSString*)UTIForData:(nullable NSData*)data;
-/// The type that the content tells, else the file name's extension; the latter is logged.
+/// The type that the content tells, else the one that the file name's extension tells. A line is
+/// logged when the extension is asked.
 - (nullable NSString*)UTIForData:(nullable NSData*)data
                suggestedFilename:(nullable NSString*)filename;
 /// File-name extensions in lower case to types. The same object on every call. Any thread.

@@ -6,7 +6,7 @@
 //
 // A notification is a payload dictionary, a UNNotification, a UNNotificationResponse or a
 // UNNotificationRequest. Values of a payload, whatever their class, come out as the same objects.
-// Keys that are no strings are not seen.
+// Keys that are no strings are ignored.
 #import <Foundation/Foundation.h>
 
 NS_ASSUME_NONNULL_BEGIN
@@ -25,7 +25,8 @@ NS_ASSUME_NONNULL_BEGIN
 /// The tracking address of an action, such as "display": the descriptor's "url" and the action's
 /// entry joined as file paths (so "//" becomes "/"), with its tags filled from the descriptor's
 /// "params" over the common parameters. Nil when the payload has no descriptor "mvl-tk", when "url"
-/// or the action's entry is missing or no string, and when the result is no valid URL.
+/// or the action's entry is missing or no string, and when NSURL takes the result for no URL. NSURL
+/// may percent-encode it instead: it does in an app that is linked for iOS 17 or later.
 + (nullable NSURL*)trackingURLForAction:(nullable NSString*)action
                         forNotification:(nullable id)notification;
 

@@ -13,7 +13,8 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// The template with the first occurrence of each parameter's tag replaced by the parameter's
 /// value, inserted as it stands. `parameters` are laid over the common ones and win. A number is
-/// inserted as its text; a value that is neither string nor number counts as missing. The value
+/// inserted as its shortest decimal text that reads back as the same double or integer (7, 2.5,
+/// 1e+300), a boolean as 1 or 0; a parameter of any other type counts as missing. The value
 /// kMVLNullValue blanks its tag, or, with `allParamsRequired`, makes the whole result nil if the
 /// tag occurs. Tags of no parameter stay as they are. Nil for an absent template.
 ///
@@ -28,8 +29,8 @@ NS_ASSUME_NONNULL_BEGIN
 /// The same with the common parameters only.
 + (nullable NSString*)filledURL:(nullable NSString*)url;
 
-/// Where the tag of that name stands first, delimiters included; the plain form is looked for
-/// before the encoded ones. The location is NSNotFound when there is none.
+/// Where the tag of that name stands first, delimiters included. The plain form is looked for
+/// first, wherever an encoded one stands. The location is NSNotFound when there is none.
 + (NSRange)rangeOfTag:(NSString*)tag inString:(NSString*)string;
 
 /// What every template may use, read afresh on each call. Seven strings, always all there: "idfv",

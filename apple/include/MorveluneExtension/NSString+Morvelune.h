@@ -12,24 +12,27 @@ NS_ASSUME_NONNULL_BEGIN
 /// SHA-1 (FIPS 180-4) of the whole UTF-8 form, as 40 lower-case hexadecimal digits.
 - (NSString*)mvl_SHA1String;
 
-/// The first three characters in upper case when they are a currency code, whatever follows them;
-/// nil when they are none.
+/// The currency code (ISO 4217) that the first three characters are, in any case, upper-cased; nil
+/// when they are none. "EUR 12,90" gives "EUR".
 - (nullable NSString*)mvl_currencyString;
 
-/// Whether this is a signed number such as "+5" or "- 2,5". Blanks are skipped, and any one
-/// character may separate the decimals.
+/// Whether this is a signed increment, such as "+5" or "- 2,5": blanks aside, a sign, digits,
+/// perhaps one character of any kind as a separator, and perhaps more digits.
 - (BOOL)mvl_isNumberIncrementation;
 
-/// The sum of this number and `increment`, in fixed notation with six decimals. Blanks are skipped
-/// and "," is read as "."; what is no number reads as 0. A sum above zero gets a "+" with
-/// `addPositiveSign`. "" for an absent increment.
+/// The sum of the numbers that both strings begin with, blanks aside and with "," read as ".", in
+/// fixed notation with six decimals and "."; a string that begins with no number counts as 0. A
+/// positive sum gets a "+" when `addPositiveSign` is set. "" for an absent increment; "inf", "-inf"
+/// or "nan" when the sum is no finite number.
 - (NSString*)mvl_stringByIncrementingByStringNumber:(nullable NSString*)increment
                                     addPositiveSign:(BOOL)addPositiveSign;
 
-/// Percent-encoded for a query. "&", "=", "+", "/", "?" and the like, which a query may hold, stay.
+/// Percent-encoded, all but what a query may hold (RFC 3986), so that "&", "=", "+", "/" and "?"
+/// stay.
 - (NSString*)mvl_URLEncodeString;
 
-/// Percent-decoded; "+" stays "+". Nil for a bad escape and for bytes that are no UTF-8.
+/// With its percent escapes decoded as UTF-8; "+" stays "+". Nil when an escape is malformed or
+/// they form no valid UTF-8.
 - (nullable NSString*)mvl_URLDecodeString;
 
 @end

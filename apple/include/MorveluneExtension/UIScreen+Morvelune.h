@@ -6,7 +6,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface UIScreen (Morvelune)
 
 /// The platform's interface orientation: 1 portrait, 2 portrait upside down, 3 landscape right,
-/// 4 landscape left. 0, unknown, never comes from a real screen.
+/// 4 landscape left.
 - (NSInteger)mvl_currentOrientation;
 
 @end

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Screen.h"
 
 namespace morvelune {
@@ -16,7 +17,7 @@ struct OperatingSystemVersion {
 };
 
 // Callable from any thread. Nothing is cached: each call reads the device again.
-class Device {
+class MORVELUNE_API Device {
  public:
   virtual ~Device() = default;
 

@@ -5,10 +5,12 @@
 #include <cstddef>
 #include <string_view>
 
+#include "morvelune/platform/Export.h"
+
 namespace morvelune {
 
 // Callable from any thread.
-class Digest {
+class MORVELUNE_API Digest {
  public:
   virtual ~Digest() = default;
 

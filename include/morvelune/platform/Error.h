@@ -28,6 +28,7 @@ inline constexpr int NSURLErrorHTTPTooManyRedirects = -1007;
 inline constexpr int NSURLErrorBadServerResponse = -1011;
 inline constexpr int NSURLErrorDataLengthExceedsMaximum = -1103;
 inline constexpr int NSURLErrorSecureConnectionFailed = -1200;
+inline constexpr int NSURLErrorServerCertificateUntrusted = -1202;
 inline constexpr int NSURLErrorCannotCreateFile = -3000;
 inline constexpr int NSURLErrorCannotWriteToFile = -3003;
 

@@ -5,13 +5,14 @@
 #include <string>
 
 #include "morvelune/platform/Error.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/URL.h"
 #include "morvelune/platform/Value.h"
 
 namespace morvelune {
 
 // Callable from any thread.
-class FileManager {
+class MORVELUNE_API FileManager {
  public:
   virtual ~FileManager() = default;
 
@@ -21,7 +22,8 @@ class FileManager {
 
   // Renames a file; nothing is copied. An existing destination is left alone and is an error, as
   // is a missing source, a destination folder that does not exist, or a path that no file can
-  // have. Gives the error, or nothing on success.
+  // have, such as the empty one. Gives the platform's error, or nothing. Only the error counts, not
+  // a result flag of the platform.
   [[nodiscard]] virtual std::optional<Error> moveItem(const URL& from, const URL& to) = 0;
 
   // A string that no process on any host has been given before.

@@ -6,10 +6,13 @@
 #include <string_view>
 #include <vector>
 
+#include "morvelune/platform/Export.h"
+
 namespace morvelune {
 
-// Callable from any thread. Nothing is cached: each call reads the locale again.
-class Locale {
+// Callable from any thread. Each call asks the platform again; a platform may fix the process's
+// locale when it is first asked, as ICU does on Linux.
+class MORVELUNE_API Locale {
  public:
   virtual ~Locale() = default;
 
@@ -19,8 +22,8 @@ class Locale {
   // list is unavailable.
   [[nodiscard]] virtual std::optional<std::vector<std::string>> preferredLanguages() const = 0;
   // The name of a currency in the language of `localeIdentifier` ("fr_FR"), such as "euro" for
-  // "EUR", matched without regard to case; empty when the locale data names no such code. A code
-  // has exactly three UTF-16 units.
+  // "EUR". The code may be in any case. Empty for an unknown code and for one that is not three
+  // UTF-16 units long.
   [[nodiscard]] virtual std::optional<std::string> currencyName(
       std::string_view localeIdentifier, std::string_view currencyCode) const = 0;
 };

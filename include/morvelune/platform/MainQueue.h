@@ -3,9 +3,11 @@
 
 #include <functional>
 
+#include "morvelune/platform/Export.h"
+
 namespace morvelune {
 
-class MainQueue {
+class MORVELUNE_API MainQueue {
  public:
   virtual ~MainQueue() = default;
 

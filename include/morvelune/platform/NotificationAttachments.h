@@ -4,15 +4,17 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "morvelune/platform/Error.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/UNNotificationAttachment.h"
 
 namespace morvelune {
 
 // Callable from any thread.
-class NotificationAttachments {
+class MORVELUNE_API NotificationAttachments {
  public:
   using Result = std::variant<std::shared_ptr<const UNNotificationAttachment>, Error>;
 
@@ -24,7 +26,7 @@ class NotificationAttachments {
   // platform does not show (UNErrorCodeAttachmentUnrecognizedType), and a file above the limit of
   // its family (UNErrorCodeAttachmentInvalidFileSize).
   [[nodiscard]] virtual Result attachment(const std::string& identifier, const URL& file,
-                                          const std::optional<std::string>& typeHint) const = 0;
+                                          std::optional<std::string_view> typeHint) const = 0;
 };
 
 }  // namespace morvelune

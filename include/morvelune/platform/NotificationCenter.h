@@ -1,12 +1,11 @@
 // NotificationCenter: the process's broadcast of named notifications.
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Value.h"
 
 namespace morvelune {
@@ -18,23 +17,12 @@ struct PostedNotification {
   std::optional<Dictionary> userInfo;
 };
 
-// Callable from any thread. Observers are called on the posting thread.
-class NotificationCenter {
+// Callable from any thread. How observers are added is not part of this interface.
+class MORVELUNE_API NotificationCenter {
  public:
-  using Observer = std::function<void(const PostedNotification&)>;
-  enum class Token : std::uint64_t {};
-
   virtual ~NotificationCenter() = default;
 
-  // Has `observer` called for each post of `name`; with an object only for posts of that very
-  // object, which the centre does not keep alive. The token removes it again.
-  virtual Token addObserver(std::string name, std::shared_ptr<const void> object,
-                            Observer observer) = 0;
-  // The observer is not called any more, unless a post on another thread is calling it right now.
-  // An unknown token does nothing.
-  virtual void removeObserver(Token token) = 0;
-  // Calls the observers in the order in which they were added. An observer may add and remove
-  // observers: those added are called from the next post on, those removed no more.
+  // Calls the observers that want it, on this thread, before it returns.
   virtual void post(const PostedNotification& notification) = 0;
 };
 

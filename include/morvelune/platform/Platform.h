@@ -11,6 +11,7 @@
 
 #include "morvelune/platform/Device.h"
 #include "morvelune/platform/Digest.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/FileManager.h"
 #include "morvelune/platform/Locale.h"
 #include "morvelune/platform/MainQueue.h"
@@ -23,7 +24,7 @@
 namespace morvelune {
 
 // No service is null in a platform that is installed.
-struct Platform {
+struct MORVELUNE_API Platform {
   std::shared_ptr<URLSession> urlSession;
   std::shared_ptr<FileManager> fileManager;
   std::shared_ptr<NotificationAttachments> notificationAttachments;
@@ -35,11 +36,13 @@ struct Platform {
   std::shared_ptr<MainQueue> mainQueue;
   std::shared_ptr<SystemLog> systemLog;
 
-  // The platform in use: the installed one, else the native one. Never null. Any thread.
+  // The platform in use: the installed one, else native(), which may throw. Never null. Any
+  // thread.
   [[nodiscard]] static std::shared_ptr<const Platform> current();
   // Puts `platform` in use for the whole process; null restores the native one. Any thread.
   static void install(std::shared_ptr<const Platform> platform);
-  // The platform of the system that this library was built for, made on first use. Never null.
+  // The platform of the system that this library was built for, made on first use. Never null. A
+  // library that was built without one throws std::logic_error.
   [[nodiscard]] static std::shared_ptr<const Platform> native();
 };
 

@@ -1,7 +1,10 @@
 // Screen: the geometry of a screen, in the platform's logical units (points).
 #pragma once
 
+#include <cstddef>
 #include <optional>
+
+#include "morvelune/platform/Export.h"
 
 namespace morvelune {
 
@@ -15,8 +18,17 @@ struct Size {
   double height = 0;
 };
 
+// How an interface is held; the codes are the platform's own.
+enum UIInterfaceOrientation : std::ptrdiff_t {
+  UIInterfaceOrientationUnknown = 0,
+  UIInterfaceOrientationPortrait = 1,
+  UIInterfaceOrientationPortraitUpsideDown = 2,
+  UIInterfaceOrientationLandscapeRight = 3,
+  UIInterfaceOrientationLandscapeLeft = 4,
+};
+
 // Callable from any thread.
-class Screen {
+class MORVELUNE_API Screen {
  public:
   virtual ~Screen() = default;
 

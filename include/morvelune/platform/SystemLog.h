@@ -6,16 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "morvelune/platform/Export.h"
+
 namespace morvelune {
 
 // Callable from any thread.
-class SystemLog {
+class MORVELUNE_API SystemLog {
  public:
   virtual ~SystemLog() = default;
 
   // Writes one line: `format` with each "%@" replaced by the next value. An absent value prints as
-  // "(null)". Control characters and line separators in values are written escaped ("\n",
-  // "\u001B"), so that what a payload or a server says cannot forge a line.
+  // "(null)". Values without a place are dropped; places without a value stay. Control characters
+  // and line separators in values are written escaped ("\n", "\u001B"), so that what a payload or a
+  // server says cannot forge a line.
   void log(std::string_view format, std::initializer_list<std::optional<std::string_view>> values);
 
   // Writes a finished line, which holds no line break, in one piece.

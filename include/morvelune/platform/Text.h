@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "morvelune/platform/Export.h"
+
 namespace morvelune {
 
 // The location of a range that was not found: the largest signed machine integer.
@@ -21,23 +23,20 @@ struct NSRange {
 
 // Callable from any thread; independent of the process's locale. Text that is no valid UTF-8 is
 // read as if each bad sequence were U+FFFD, except where a method says otherwise.
-class Text {
+class MORVELUNE_API Text {
  public:
   virtual ~Text() = default;
 
-  // The first occurrence of `pattern` in `text` when both are lower-cased with full Unicode rules,
-  // as a range of `text` itself, exact also where lower-casing changes a character's length. The
+  // The first occurrence of `pattern` in `text` without regard to case, as a range of `text`
+  // itself, exact also where a change of case changes a character's length. Two letters are alike
+  // when their lower case is; how a letter is read never depends on what stands beside it. A
+  // platform whose own search folds case, as Apple's does, finds a little more ("s" in "ſ"). The
   // location is NSNotFound when there is none; an empty pattern is not found.
   [[nodiscard]] virtual NSRange rangeIgnoringCase(std::string_view pattern,
                                                   std::string_view text) const = 0;
-  // Upper-cased with full Unicode rules of no particular language.
-  [[nodiscard]] virtual std::string uppercased(std::string_view text) const = 0;
-  // The first `count` UTF-16 units; the whole text when it has no more. A surrogate pair that the
-  // cut splits is left out.
-  [[nodiscard]] virtual std::string prefix(std::string_view text, std::size_t count) const = 0;
-  // How many UTF-16 units the text has.
-  [[nodiscard]] virtual std::size_t length(std::string_view text) const = 0;
-  // Whether the whole text matches a regular expression in ICU syntax. False for a bad expression.
+  // Whether the whole text matches a regular expression in ICU syntax. False for a bad expression,
+  // and when matching exceeds the platform's bounds: on Linux about a second, or ICU's stack, which
+  // some 250,000 digits can fill.
   [[nodiscard]] virtual bool matches(std::string_view text, std::string_view expression) const = 0;
 
   // Lenient reading of a number: leading white space skipped, an optional sign, digits with at most

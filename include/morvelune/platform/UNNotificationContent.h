@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "morvelune/platform/AtomicProperty.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/UNNotificationAttachment.h"
 #include "morvelune/platform/Value.h"
 
@@ -17,9 +18,9 @@ namespace morvelune {
 
 class UNMutableNotificationContent;
 
-// A content. It may be read from any thread, also while a mutable one is being written. A platform
-// derives its own, which copy its native object.
-class UNNotificationContent {
+// May be read from any thread, also while it is written. A platform may derive its own class, whose
+// copies copy the native object too.
+class MORVELUNE_API UNNotificationContent {
  public:
   using Attachments = std::vector<std::shared_ptr<const UNNotificationAttachment>>;
 
@@ -65,7 +66,7 @@ class UNNotificationContent {
 };
 
 // A content whose payload and attachments can be written, each write indivisible, from any thread.
-class UNMutableNotificationContent : public UNNotificationContent {
+class MORVELUNE_API UNMutableNotificationContent : public UNNotificationContent {
  public:
   using UNNotificationContent::UNNotificationContent;
 

@@ -4,11 +4,12 @@
 #include <functional>
 #include <memory>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/UNNotification.h"
 
 namespace morvelune {
 
-class UNNotificationServiceExtension {
+class MORVELUNE_API UNNotificationServiceExtension {
  public:
   // Takes the content that is to be shown.
   using ContentHandler = std::function<void(std::shared_ptr<const UNNotificationContent>)>;
@@ -21,7 +22,7 @@ class UNNotificationServiceExtension {
   // Called by the platform, on a thread of its choosing, for each notification.
   virtual void didReceiveNotificationRequest(const UNNotificationRequest& request,
                                              ContentHandler withContentHandler) = 0;
-  // Called by the platform, perhaps on another thread, shortly before it shows what it has.
+  // Called by the platform, perhaps on another thread, shortly before it stops waiting.
   virtual void serviceExtensionTimeWillExpire() = 0;
 };
 

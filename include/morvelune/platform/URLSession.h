@@ -7,6 +7,7 @@
 #include <string>
 
 #include "morvelune/platform/Error.h"
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/URL.h"
 #include "morvelune/platform/Value.h"
 
@@ -22,19 +23,22 @@ struct URLResponse {
 };
 
 // One request. Made suspended; a task that is never resumed is dropped without a completion.
-class URLSessionTask {
+class MORVELUNE_API URLSessionTask {
  public:
   virtual ~URLSessionTask() = default;
   // Starts the request and returns at once. Later calls do nothing. Any thread.
   virtual void resume() = 0;
 };
 
-// All tasks run at once, each a GET with the session's defaults. Completions are called one at a
-// time on the session's own callback thread, which is not the thread that moves bytes, so a slow
-// completion holds back other completions but no transfer. The completion of each started task is
-// called exactly once, whatever happens, and is released soon after it returned; it must not throw.
-// When a request fails, the error is present and data, location and response are empty.
-class URLSession {
+// All started tasks run at once, each a GET with the session's defaults. Completions are called one
+// at a time on the session's own callback thread, which is not the thread that moves bytes, so a
+// slow completion holds back other completions but no transfer. The completion of each started task
+// is called exactly once, whatever happens, and is released soon after it returned; it must not
+// throw. When a request fails, the error is present and data, location and response are empty;
+// otherwise the error is empty and the others are present. The library decides by the error only: a
+// download that gives neither an error nor a location counts as a file that can be neither read nor
+// moved.
+class MORVELUNE_API URLSession {
  public:
   using DataCompletion =
       std::function<void(std::optional<Data>, std::optional<URLResponse>, std::optional<Error>)>;
@@ -52,10 +56,6 @@ class URLSession {
   // The same for a body that is streamed to a temporary file and never held in memory.
   [[nodiscard]] virtual std::shared_ptr<URLSessionTask> downloadTask(
       std::optional<URL> url, DownloadCompletion completion) = 0;
-
-  // Ends every started task with NSURLErrorCancelled and returns when all their completions have
-  // returned, or at once when called from a completion. Tasks that are started later fail alike.
-  virtual void invalidateAndCancel() = 0;
 };
 
 }  // namespace morvelune

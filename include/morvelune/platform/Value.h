@@ -4,9 +4,10 @@
 //   if (auto tracking = payload.dictionary("mvl-tk")) use(tracking->string("url"));
 //
 // A container is a handle on shared immutable storage: copying one copies a pointer, and
-// isSameObject() tells whether two handles name the same storage. Lookups are typed and never
-// throw: a missing key and a value of another type both give an empty optional. All of it may be
-// read from any thread. However deeply containers are nested, releasing them takes constant stack.
+// isSameObject() tells whether two handles name the same storage or have the same origin. Lookups
+// are typed and never throw: a missing key and a value of another type both give an empty optional.
+// All of it may be read from any thread. However deeply containers are nested, releasing and
+// comparing them takes constant stack.
 //
 // A platform whose own objects stand for such values hands them in with their Origin, so that what
 // passes through the library unchanged comes out as the very object that went in.
@@ -15,130 +16,20 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
-#include <vector>
+
+#include "morvelune/platform/Array.h"
+#include "morvelune/platform/Data.h"
+#include "morvelune/platform/Dictionary.h"
+#include "morvelune/platform/Export.h"
+#include "morvelune/platform/Origin.h"
 
 namespace morvelune {
-
-class Value;
-
-// Keeps the platform's object alive that a value was made from; null when there is none. The
-// library passes it on and never looks into it.
-using Origin = std::shared_ptr<const void>;
-
-// An immutable byte buffer; its bytes may be a private copy or memory that an owner keeps mapped.
-class Data {
- public:
-  // The empty buffer.
-  Data() = default;
-  // Takes the bytes over.
-  explicit Data(std::vector<std::byte> bytes);
-  // Names `bytes` without copying them; `owner` keeps them valid and unchanged while it lives.
-  Data(std::shared_ptr<const void> owner, std::span<const std::byte> bytes);
-  // A private copy of `bytes`.
-  [[nodiscard]] static Data copyOf(std::string_view bytes);
-
-  [[nodiscard]] std::span<const std::byte> bytes() const { return bytes_; }
-  [[nodiscard]] std::size_t size() const { return bytes_.size(); }
-  [[nodiscard]] bool empty() const { return bytes_.empty(); }
-  // True for two handles on the same buffer; all empty default-made buffers are one object.
-  [[nodiscard]] bool isSameObject(const Data& other) const { return owner_ == other.owner_; }
-  // Compares the bytes.
-  friend bool operator==(const Data& left, const Data& right);
-
- private:
-  std::shared_ptr<const void> owner_;
-  std::span<const std::byte> bytes_;
-};
-
-// An immutable ordered list of values. Array{x} with an array x makes a list that holds x; copy
-// with Array(x).
-class Array {
- public:
-  Array() = default;
-  Array(std::initializer_list<Value> values);
-  explicit Array(std::vector<Value> values, Origin origin = nullptr);
-
-  [[nodiscard]] std::size_t size() const;
-  [[nodiscard]] bool empty() const { return size() == 0; }
-  // The value at `index`; null when there is none.
-  [[nodiscard]] Value value(std::size_t index) const;
-  // The dictionary at `index`; empty when there is none or the value is of another type.
-  [[nodiscard]] std::optional<class Dictionary> dictionary(std::size_t index) const;
-  // Iteration in order; valid while any handle on this array lives.
-  [[nodiscard]] const Value* begin() const;
-  [[nodiscard]] const Value* end() const;
-
-  // The object that this array was made from.
-  [[nodiscard]] Origin origin() const;
-  // True for two handles on the same storage, and for arrays of the same origin; all default-made
-  // arrays are one object.
-  [[nodiscard]] bool isSameObject(const Array& other) const;
-  // Compares the values, in order.
-  friend bool operator==(const Array& left, const Array& right);
-
- private:
-  struct Storage;
-  std::shared_ptr<const Storage> storage_;
-};
-
-// An immutable map from strings to values, enumerated in ascending byte order of its keys.
-class Dictionary {
- public:
-  struct Entry;
-
-  Dictionary() = default;
-  // Of entries with equal keys the last one counts.
-  Dictionary(std::initializer_list<Entry> entries);
-  explicit Dictionary(std::vector<Entry> entries, Origin origin = nullptr);
-
-  [[nodiscard]] std::size_t size() const;
-  [[nodiscard]] bool empty() const { return size() == 0; }
-  // True when the key is present, whatever its value, null included.
-  [[nodiscard]] bool contains(std::string_view key) const;
-  // The value under `key`; empty when the key is missing.
-  [[nodiscard]] std::optional<Value> value(std::string_view key) const;
-
-  // Typed lookups: empty when the key is missing or its value is of another type.
-  [[nodiscard]] std::optional<bool> boolean(std::string_view key) const;
-  [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const;
-  [[nodiscard]] std::optional<double> real(std::string_view key) const;
-  [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
-  [[nodiscard]] std::optional<Data> data(std::string_view key) const;
-  [[nodiscard]] std::optional<Array> array(std::string_view key) const;
-  [[nodiscard]] std::optional<Dictionary> dictionary(std::string_view key) const;
-
-  // A new dictionary in which `value` stands under `key`.
-  [[nodiscard]] Dictionary with(std::string_view key, Value value) const;
-  // A new dictionary with the entries of both; those of `other` replace those of equal key.
-  [[nodiscard]] Dictionary with(const Dictionary& other) const;
-  // A new dictionary without `keys`; a key that is not present is skipped.
-  [[nodiscard]] Dictionary without(std::span<const std::string_view> keys) const;
-
-  // Iteration in key order; valid while any handle on this dictionary lives.
-  [[nodiscard]] const Entry* begin() const;
-  [[nodiscard]] const Entry* end() const;
-
-  // The object that this dictionary was made from; a dictionary derived from another has none.
-  [[nodiscard]] Origin origin() const;
-  // True for two handles on the same storage, and for dictionaries of the same origin; all
-  // default-made dictionaries are one object.
-  [[nodiscard]] bool isSameObject(const Dictionary& other) const;
-  // Compares keys and values.
-  friend bool operator==(const Dictionary& left, const Dictionary& right);
-
- private:
-  struct Storage;
-  [[nodiscard]] const Value* find(std::string_view key) const;
-  std::shared_ptr<const Storage> storage_;
-};
 
 // An integer type that stands for a number, which characters and booleans do not.
 template <typename T>
@@ -146,8 +37,12 @@ concept NumberInteger = std::integral<T> && !std::same_as<T, bool> && !std::same
                         !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
                         !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
+// How many containers deep the library reads: a payload, its buttons, one of them, its parameters.
+// A platform may hand in what is nested deeper as opaque values.
+inline constexpr int deepestContainerRead = 4;
+
 // One property-list value.
-class Value {
+class MORVELUNE_API Value {
  public:
   enum class Type : std::uint8_t {
     null,
@@ -182,12 +77,12 @@ class Value {
   Value(Array value) : held_(std::move(value)) {}
   Value(Dictionary value) : held_(std::move(value)) {}
   Value(const void*) = delete;  // no pointer turns into a boolean
-  // A value that says nothing but which object it is.
+  // A value that only stands for `object`.
   [[nodiscard]] static Value opaque(Origin object);
 
-  // The same value, made from `origin`. A container has the origin that it was made with.
+  // The same value with this origin. An array, a dictionary and an opaque value keep their own.
   [[nodiscard]] Value withOrigin(Origin origin) &&;
-  // The object that this value was made from.
+  // The object that this value was made from; null when there is none.
   [[nodiscard]] Origin origin() const;
 
   [[nodiscard]] Type type() const;
@@ -199,16 +94,29 @@ class Value {
   [[nodiscard]] std::optional<std::int64_t> integer() const { return get<std::int64_t>(); }
   // Empty also for a negative integer.
   [[nodiscard]] std::optional<std::uint64_t> unsignedInteger() const;
+  // What `visitor` makes of an integer, given as a std::int64_t or, above its range, as a
+  // std::uint64_t. Empty for another type.
+  template <typename Visitor>
+  [[nodiscard]] auto visitInteger(Visitor visitor) const
+      -> std::optional<std::invoke_result_t<Visitor, std::int64_t>> {
+    if (const auto* held = std::get_if<std::int64_t>(&held_)) return visitor(*held);
+    if (const auto* held = std::get_if<std::uint64_t>(&held_)) return visitor(*held);
+    return std::nullopt;
+  }
   [[nodiscard]] std::optional<double> real() const { return get<double>(); }
   [[nodiscard]] std::optional<std::string> string() const { return get<std::string>(); }
+  // The same without a copy, valid while this value lives.
+  [[nodiscard]] std::optional<std::string_view> stringView() const {
+    const auto* held = std::get_if<std::string>(&held_);
+    return held ? std::optional<std::string_view>(*held) : std::nullopt;
+  }
   [[nodiscard]] std::optional<Data> data() const { return get<Data>(); }
   [[nodiscard]] std::optional<Array> array() const { return get<Array>(); }
   [[nodiscard]] std::optional<Dictionary> dictionary() const { return get<Dictionary>(); }
 
-  // Equal type and equal content, whatever the origins; opaque values are equal to themselves only.
-  friend bool operator==(const Value& left, const Value& right) {
-    return left.held_ == right.held_;
-  }
+  // Arrays and dictionaries that are the same object are equal. Else type and content decide,
+  // whatever the origins. Opaque values are equal when they stand for the same object.
+  MORVELUNE_API friend bool operator==(const Value& left, const Value& right);
 
  private:
   template <typename T>
@@ -225,7 +133,7 @@ class Value {
   std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Data, Array,
                Dictionary, Opaque>
       held_;
-  Origin origin_;  // of what is no container
+  Origin origin_;  // not of an array, a dictionary or an opaque value
 };
 
 struct Dictionary::Entry {

@@ -10,9 +10,7 @@ CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef 
   NSMutableCharacterSet* const kept = [[NSMutableCharacterSet alloc] init];
   [kept addCharactersInString:@"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
                                "0123456789-_.!~*'();/?:@&=+$,"];
-  if (legalURLCharactersToBeEscaped != nullptr) {
-    [kept removeCharactersInString:(NSString*)legalURLCharactersToBeEscaped];
-  }
+  [kept removeCharactersInString:(NSString*)legalURLCharactersToBeEscaped];
   if (charactersToLeaveUnescaped != nullptr) {
     [kept addCharactersInString:(NSString*)charactersToLeaveUnescaped];
   }

@@ -7,7 +7,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 @interface UNNotification (Standin)
-- (instancetype)initWithRequest:(UNNotificationRequest*)request date:(NSDate*)date;
+- (instancetype)initWithRequest:(UNNotificationRequest*)request;
 @end
 
 @interface UNNotificationResponse (Standin)
@@ -23,11 +23,9 @@ NS_ASSUME_NONNULL_BEGIN
 
 STANDIN_EXPORT void StandinSetIdentifierForVendor(NSUUID* _Nullable identifier);
 STANDIN_EXPORT void StandinSetMainScreen(UIScreen* _Nullable screen);
-// 17.0.0 at the start.
-STANDIN_EXPORT void StandinSetSystemVersion(NSOperatingSystemVersion version);
 
-// Runs what waits on the main queue now, in order, and tells how much. What these blocks queue
-// waits for the next call.
+// Runs the blocks that wait on the main queue now, in order, and returns their number. Blocks that
+// these queue wait for the next call.
 STANDIN_EXPORT NSUInteger StandinDrainMainQueue(void);
 
 NS_ASSUME_NONNULL_END

@@ -3,13 +3,8 @@
 
 #import "Standins.h"
 
-NSString* const UNErrorDomain = @"UNErrorDomain";
 NSString* const UNNotificationAttachmentOptionsTypeHintKey =
     @"UNNotificationAttachmentOptionsTypeHintKey";
-NSString* const UNNotificationDefaultActionIdentifier =
-    @"com.apple.UNNotificationDefaultActionIdentifier";
-NSString* const UNNotificationDismissActionIdentifier =
-    @"com.apple.UNNotificationDismissActionIdentifier";
 
 #define STANDIN_GETTER(Type, name, missing)        \
   -(Type)name {                                    \
@@ -68,9 +63,9 @@ STANDIN_GETTER(NSString*, type, @"")
                                  options:(NSDictionary*)options
                                    error:(NSError**)error {
   NSString* const hint = [options objectForKey:UNNotificationAttachmentOptionsTypeHintKey];
-  const auto file = morvelune::URL::parse(URL != nil ? [[URL absoluteString] UTF8String] : "");
+  const auto file = morvelune::URL::unchecked(URL != nil ? [[URL absoluteString] UTF8String] : "");
   const auto made = morvelune::makeLinuxNotificationAttachments()->attachment(
-      [identifier UTF8String], file.value_or(morvelune::URL::fileURL("/")),
+      [identifier UTF8String], file,
       hint != nil ? std::optional<std::string>([hint UTF8String]) : std::nullopt);
   if (const auto* const refused = std::get_if<morvelune::Error>(&made)) {
     if (error != nullptr) *error = nativeError(*refused);
@@ -83,24 +78,12 @@ STANDIN_GETTER(NSString*, type, @"")
 
 @end
 
-@implementation UNNotificationSound
-
-+ (UNNotificationSound*)defaultSound {
-  static UNNotificationSound* const sound = [[UNNotificationSound alloc] init];
-  return sound;
-}
-
-@end
-
 @implementation UNNotificationContent
 
 STANDIN_GETTER(NSString*, title, @"")
 STANDIN_GETTER(NSString*, subtitle, @"")
 STANDIN_GETTER(NSString*, body, @"")
-STANDIN_GETTER(NSString*, categoryIdentifier, @"")
 STANDIN_GETTER(NSString*, threadIdentifier, @"")
-STANDIN_GETTER(NSNumber*, badge, nil)
-STANDIN_GETTER(UNNotificationSound*, sound, nil)
 STANDIN_GETTER(NSDictionary*, userInfo, [NSDictionary dictionary])
 STANDIN_GETTER(NSArray<UNNotificationAttachment*>*, attachments, [NSArray array])
 
@@ -112,17 +95,13 @@ STANDIN_GETTER(NSArray<UNNotificationAttachment*>*, attachments, [NSArray array]
 
 @implementation UNMutableNotificationContent
 
-@dynamic title, subtitle, body, categoryIdentifier, threadIdentifier, badge, sound, userInfo,
-    attachments;
+@dynamic title, subtitle, body, threadIdentifier, userInfo, attachments;
 
 // Not the base class's, whose objects must not have them.
 STANDIN_SETTER(NSString*, Title, title)
 STANDIN_SETTER(NSString*, Subtitle, subtitle)
 STANDIN_SETTER(NSString*, Body, body)
-STANDIN_SETTER(NSString*, CategoryIdentifier, categoryIdentifier)
 STANDIN_SETTER(NSString*, ThreadIdentifier, threadIdentifier)
-STANDIN_SETTER(NSNumber*, Badge, badge)
-STANDIN_SETTER(UNNotificationSound*, Sound, sound)
 STANDIN_SETTER(NSDictionary*, UserInfo, userInfo)
 STANDIN_SETTER(NSArray<UNNotificationAttachment*>*, Attachments, attachments)
 
@@ -134,15 +113,12 @@ STANDIN_SETTER(NSArray<UNNotificationAttachment*>*, Attachments, attachments)
 
 @implementation UNNotificationRequest
 
-STANDIN_GETTER(NSString*, identifier, @"")
 STANDIN_GETTER(UNNotificationContent*, content, nil)
 
 + (instancetype)requestWithIdentifier:(NSString*)identifier
                               content:(UNNotificationContent*)content
                               trigger:(UNNotificationTrigger*)trigger {
-  NSDictionary* const fields =
-      [NSDictionary dictionaryWithObjectsAndKeys:identifier, @"identifier",
-                                                 [[content copy] autorelease], @"content", nil];
+  NSDictionary* const fields = @{@"content" : [[content copy] autorelease]};
   return [[[self alloc] initWithFields:fields] autorelease];
 }
 
@@ -150,11 +126,10 @@ STANDIN_GETTER(UNNotificationContent*, content, nil)
 
 @implementation UNNotification
 
-STANDIN_GETTER(NSDate*, date, nil)
 STANDIN_GETTER(UNNotificationRequest*, request, nil)
 
-- (instancetype)initWithRequest:(UNNotificationRequest*)request date:(NSDate*)date {
-  return [self initWithFields:@{@"request" : request, @"date" : date}];
+- (instancetype)initWithRequest:(UNNotificationRequest*)request {
+  return [self initWithFields:@{@"request" : request}];
 }
 
 @end
@@ -166,10 +141,8 @@ STANDIN_GETTER(NSString*, actionIdentifier, @"")
 
 - (instancetype)initWithNotification:(UNNotification*)notification
                     actionIdentifier:(NSString*)actionIdentifier {
-  return
-      [self initWithFields:[NSDictionary dictionaryWithObjectsAndKeys:notification, @"notification",
-                                                                      actionIdentifier,
-                                                                      @"actionIdentifier", nil]];
+  return [self
+      initWithFields:@{@"notification" : notification, @"actionIdentifier" : actionIdentifier}];
 }
 
 @end

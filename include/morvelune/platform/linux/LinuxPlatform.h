@@ -8,24 +8,26 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "morvelune/platform/Export.h"
 #include "morvelune/platform/Platform.h"
 
 namespace morvelune {
 
 // The bounds of a session's requests.
 struct URLSessionOptions {
-  // The platform's default time-out: how long a request may stand still, connecting included.
+  // iOS's default time-out: how long a request may stand still, connecting included.
   static constexpr std::chrono::seconds defaultIdleTimeout{60};
-  // The most that the platform is known to follow.
+  // As many as iOS is known to follow.
   static constexpr long defaultMaximumRedirects = 20;
   // Far above any answer to a tracking request, which is read and thrown away.
   static constexpr std::int64_t defaultMaximumDataBytes = 1 << 20;
-  // Above the largest attachment that the platform shows, a movie of 50 MB.
+  // Above the largest attachment that iOS shows, a movie of 50 MB.
   static constexpr std::int64_t defaultMaximumDownloadBytes = 64 << 20;
 
   std::chrono::seconds idleTimeout = defaultIdleTimeout;
@@ -36,21 +38,12 @@ struct URLSessionOptions {
   std::string temporaryDirectory = {};
 };
 
-// How the device is held; the values are the platform's own.
-enum class ScreenOrientation : std::uint8_t {
-  unknown = 0,
-  portrait = 1,
-  portraitUpsideDown = 2,
-  landscapeRight = 3,
-  landscapeLeft = 4,
-};
-
 // The device that the library shall see. What is absent is unknown, except that country and
 // languages come from the process's locale, as ICU reads it.
 struct DeviceProfile {
   std::optional<std::string> identifierForVendor = {};
   std::optional<Size> screen = {};  // in points, as held
-  std::optional<ScreenOrientation> orientation = {};
+  std::optional<UIInterfaceOrientation> orientation = {};
   std::optional<std::string> country = {};                 // such as "FR"; "" for none
   std::optional<std::vector<std::string>> languages = {};  // most preferred first, such as "fr-FR"
 };
@@ -61,7 +54,7 @@ struct LinuxOptions {
 };
 
 // A main queue that the host's main loop drains.
-class LinuxMainQueue : public MainQueue {
+class MORVELUNE_API LinuxMainQueue : public MainQueue {
  public:
   // Readable, for poll() and its kin, while tasks wait. Owned by the queue.
   [[nodiscard]] virtual int descriptor() const = 0;
@@ -70,11 +63,48 @@ class LinuxMainQueue : public MainQueue {
   virtual std::size_t drain() = 0;
 };
 
-// A platform of its own: a session with its two threads, and services as `options` say. It shares
-// the process's main queue and notification centre with every other one.
-[[nodiscard]] std::shared_ptr<Platform> makeLinuxPlatform(const LinuxOptions& options = {});
+// A notification centre whose observers are functions. Callable from any thread; observers are
+// called on the posting thread.
+class MORVELUNE_API LinuxNotificationCenter : public NotificationCenter {
+ public:
+  using Observer = std::function<void(const PostedNotification&)>;
+  enum class Token : std::uint64_t {};
 
-// The process's main queue.
-[[nodiscard]] std::shared_ptr<LinuxMainQueue> linuxMainQueue();
+  // Has `observer` called for each post of `name`; with an object only for posts of that very
+  // object, which the centre does not keep alive. The token removes it again. Observers are called
+  // in the order in which they were added. An observer may add and remove observers. An added one
+  // is called from the next post on; a removed one no longer, not even for this post.
+  virtual Token addObserver(std::string name, std::shared_ptr<const void> object,
+                            Observer observer) = 0;
+  // The observer is not called any more, unless a post on another thread is calling it right now.
+  // An unknown token does nothing.
+  virtual void removeObserver(Token token) = 0;
+};
+
+// A session that its owner can end. It is ended when the last handle on it goes, and at the exit of
+// the process.
+class MORVELUNE_API LinuxURLSession : public URLSession {
+ public:
+  // Ends every started task that has not ended, with NSURLErrorCancelled. Returns when all
+  // completions have returned, or at once when called from a completion. Tasks that are started
+  // later fail alike.
+  virtual void invalidateAndCancel() = 0;
+};
+
+// A session of its own, with two threads that start when they are first needed.
+[[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxURLSession> makeLinuxURLSession(
+    const URLSessionOptions& options = {});
+
+// A platform with a session of its own, and services as `options` say. It shares the process's main
+// queue and notification centre with every other one.
+[[nodiscard]] MORVELUNE_API std::shared_ptr<Platform> makeLinuxPlatform(
+    const LinuxOptions& options = {});
+// The same with a session that the caller keeps.
+[[nodiscard]] MORVELUNE_API std::shared_ptr<Platform> makeLinuxPlatform(
+    std::shared_ptr<LinuxURLSession> session, const DeviceProfile& device);
+
+// The process's main queue and notification centre.
+[[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxMainQueue> linuxMainQueue();
+[[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxNotificationCenter> linuxNotificationCenter();
 
 }  // namespace morvelune

@@ -13,12 +13,14 @@ typedef struct {
 } NSOperatingSystemVersion;
 
 @interface NSProcessInfo (Standin)
+// The system is 17.4.1.
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version;
 @end
 
 typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) { NSDataReadingMappedIfSafe = 1 };
 
 @interface NSData (Standin)
+// Gives no error object.
 + (nullable instancetype)dataWithContentsOfURL:(NSURL*)url
                                        options:(NSDataReadingOptions)options
                                          error:(NSError* _Nullable* _Nullable)error;
@@ -28,8 +30,6 @@ typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) { NSDataReadingMappedIfSafe
   void* _state;
 }
 - (void)resume;
-// The completion gets NSURLErrorCancelled unless it has begun; of a suspended task likewise.
-- (void)cancel;
 @end
 
 @interface NSURLSessionDataTask : NSURLSessionTask

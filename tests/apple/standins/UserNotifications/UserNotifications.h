@@ -8,16 +8,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @class UNNotificationTrigger;
 
-STANDIN_EXPORT NSString* const UNErrorDomain;
 STANDIN_EXPORT NSString* const UNNotificationAttachmentOptionsTypeHintKey;
-STANDIN_EXPORT NSString* const UNNotificationDefaultActionIdentifier;
-STANDIN_EXPORT NSString* const UNNotificationDismissActionIdentifier;
-
-typedef NS_ENUM(NSInteger, UNErrorCode) {
-  UNErrorCodeAttachmentInvalidURL = 100,
-  UNErrorCodeAttachmentUnrecognizedType,
-  UNErrorCodeAttachmentInvalidFileSize,
-};
 
 // An immutable object whose properties are the dictionary's values.
 @interface StandinRecord : NSObject <NSCopying> {
@@ -34,25 +25,15 @@ typedef NS_ENUM(NSInteger, UNErrorCode) {
 @property(nonatomic, readonly, copy) NSURL* URL;
 @end
 
-@interface UNNotificationSound : StandinRecord
-+ (UNNotificationSound*)defaultSound;
-@end
-
 // A text that was not set is empty, as is the payload or the list of attachments.
 @interface UNNotificationContent : StandinRecord <NSMutableCopying>
-@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body;
-@property(nonatomic, readonly, copy) NSString *categoryIdentifier, *threadIdentifier;
-@property(nonatomic, readonly, copy, nullable) NSNumber* badge;
-@property(nonatomic, readonly, copy, nullable) UNNotificationSound* sound;
+@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body, *threadIdentifier;
 @property(nonatomic, readonly, copy) NSDictionary* userInfo;
 @property(nonatomic, readonly, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
 
 @interface UNMutableNotificationContent : UNNotificationContent
-@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body;
-@property(nonatomic, readwrite, copy) NSString *categoryIdentifier, *threadIdentifier;
-@property(nonatomic, readwrite, copy, nullable) NSNumber* badge;
-@property(nonatomic, readwrite, copy, nullable) UNNotificationSound* sound;
+@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body, *threadIdentifier;
 @property(nonatomic, readwrite, copy) NSDictionary* userInfo;
 @property(nonatomic, readwrite, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
@@ -61,12 +42,10 @@ typedef NS_ENUM(NSInteger, UNErrorCode) {
 + (instancetype)requestWithIdentifier:(NSString*)identifier
                               content:(UNNotificationContent*)content
                               trigger:(nullable UNNotificationTrigger*)trigger;
-@property(nonatomic, readonly, copy) NSString* identifier;
 @property(nonatomic, readonly, copy) UNNotificationContent* content;
 @end
 
 @interface UNNotification : StandinRecord
-@property(nonatomic, readonly, copy) NSDate* date;
 @property(nonatomic, readonly, copy) UNNotificationRequest* request;
 @end
 

@@ -8,11 +8,12 @@
 
 namespace morvelune {
 
-// Empty for what is no file URL, and for a path with a zero byte, at which a call would cut it.
+// Empty for what is no file URL, for an empty path, and for one with a zero byte, at which a call
+// would cut it.
 inline std::optional<std::string> filePath(const URL& file) {
   if (!file.isFileURL()) return std::nullopt;
   std::string path = file.path();
-  if (path.find('\0') != std::string::npos) return std::nullopt;
+  if (path.empty() || path.find('\0') != std::string::npos) return std::nullopt;
   return path;
 }
 

@@ -1,12 +1,12 @@
 # Fails unless Package.swift and the podspec in ROOT list exactly the files of SOURCES, each once,
-# and all of them exist:
+# all of them exist, and the podspec and the man page have the version VERSION:
 #
-#   cmake -DROOT=folder "-DSOURCES=a.cpp;b.mm" -P CompareSourceLists.cmake
+#   cmake -DROOT=folder -DVERSION=1.0 "-DSOURCES=a.cpp;b.mm" -P ComparePackages.cmake
 cmake_minimum_required(VERSION 3.25)
 
 # Without these, a mistake in the call would compare nothing with nothing.
-if(NOT ROOT OR NOT SOURCES)
-  message(FATAL_ERROR "ROOT and SOURCES must be given")
+if(NOT ROOT OR NOT VERSION OR NOT SOURCES)
+  message(FATAL_ERROR "ROOT, VERSION and SOURCES must be given")
 endif()
 
 # report(WORDS...): adds a line to the problems.
@@ -43,7 +43,19 @@ function(compare file)
   set(problems "${problems}" PARENT_SCOPE)
 endfunction()
 
+# expect_text(FILE TEXT): adds a problem unless FILE holds TEXT.
+function(expect_text file text)
+  file(READ "${ROOT}/${file}" content)
+  string(FIND "${content}" "${text}" at)
+  if(at EQUAL -1)
+    report("${file} lacks: ${text}")
+  endif()
+  set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
 set(problems "")
+expect_text(MorveluneExtension.podspec "s.version = '${VERSION}'")
+expect_text(docs/morvelune.1 "\"morvelune ${VERSION}\"")
 compare(Package.swift)
 compare(MorveluneExtension.podspec)
 foreach(source IN LISTS SOURCES)
@@ -52,5 +64,5 @@ foreach(source IN LISTS SOURCES)
   endif()
 endforeach()
 if(problems)
-  message(FATAL_ERROR "The lists of sources differ:${problems}")
+  message(FATAL_ERROR "The packages differ:${problems}")
 endif()
