@@ -96,7 +96,10 @@ class SecureOrigin {
 class LinuxURLSessionTest : public ::testing::Test {
  protected:
   // No request may take the environment's proxy.
-  static void SetUpTestSuite() { setenv("http_proxy", "http://127.0.0.1:9", 1); }
+  static void SetUpTestSuite() {
+    for (const char* exempt : {"no_proxy", "NO_PROXY"}) unsetenv(exempt);
+    setenv("http_proxy", "http://127.0.0.1:9", 1);
+  }
 
   static std::shared_ptr<LinuxURLSession> makeSession(const std::string& folder) {
     return makeLinuxURLSession({.idleTimeout = 2s,

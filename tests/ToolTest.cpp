@@ -202,7 +202,7 @@ TEST_P(ToolRuns, EndAsWritten) {
 
 TEST_F(ToolTest, CleansUpWhenASignalEndsIt) {
   origin_->serve("/a", {.body = pngBytes(), .bodySize = 1 << 16, .fate = Reply::Fate::stall});
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     const pid_t pid = program_.start({"deliver", "-"}, push("/a"));
     // The run's folder, and in it the file that is being written.
     EXPECT_TRUE(eventually([this] { return program_.temporaryNames().size() == 2; }));
@@ -222,9 +222,8 @@ TEST_F(ToolTest, DeliversTheLargestMovieInLittleMemory) {
   // A program starts with its maker's peak on its account, which is low when CTest runs this alone.
   rusage own{};
   getrusage(RUSAGE_SELF, &own);
-  if (!sanitized && own.ru_maxrss < bound) {
-    EXPECT_LT(ended.peakKilobytes, bound);
-  }
+  if (sanitized || own.ru_maxrss >= bound) GTEST_SKIP() << "the peak cannot be measured here";
+  EXPECT_LT(ended.peakKilobytes, bound);
 }
 
 // The answer comes while the program still waits for more.

@@ -21,7 +21,7 @@ TEST_P(DeviceContract, TellsWhatIsKnown) {
     EXPECT_EQ(screen ? screen->bounds().width : 0, each.screen ? 375.9 : 0);
     EXPECT_EQ(screen ? screen->bounds().height : 0, each.screen ? 812 : 0);
     EXPECT_TRUE(device->isOperatingSystemAtLeastVersion({9, 0, 0}));
-    NEEDS_RULE("the locale is as the test says");
+    if (GetParam().departures.contains("the locale is as the test says")) continue;
     EXPECT_EQ(locale->countryCode(), each.country);
     EXPECT_EQ(locale->preferredLanguages(), each.languages);
   }
