@@ -19,15 +19,12 @@ struct CompletionQueue::State {
   std::uint64_t returned = 0;
   bool closed = false;
   std::thread thread;
+  std::thread::id caller;  // who calls the completions, while there is somebody
 
-  // Call with the lock held.
-  [[nodiscard]] bool onOwnThread() const { return thread.get_id() == std::this_thread::get_id(); }
-
-  void run() {
-    std::unique_lock lock(mutex);
-    for (;;) {
-      changed.wait(lock, [this] { return !waiting.empty() || closed; });
-      if (waiting.empty()) return;
+  // Call these with the lock held.
+  [[nodiscard]] bool isCaller() const { return caller == std::this_thread::get_id(); }
+  void callWaiting(std::unique_lock<std::mutex>& lock) noexcept {
+    while (!waiting.empty()) {
       {
         FinishedTransfer next = std::move(waiting.front());
         waiting.pop_front();
@@ -39,39 +36,66 @@ struct CompletionQueue::State {
       changed.notify_all();
     }
   }
+
+  void waitForPosted(std::unique_lock<std::mutex>& lock) {
+    changed.wait(lock, [this, last = posted] { return returned >= last; });
+  }
+  // Whether there is a thread. None is made while another one calls the completions.
+  bool start(const std::shared_ptr<State>& self) {
+    if (!thread.joinable() && caller == std::thread::id()) {
+      thread = backgroundThread([self] { self->run(); });
+    }
+    return thread.joinable();
+  }
+
+  // Of the thread.
+  void run() {
+    std::unique_lock lock(mutex);
+    caller = std::this_thread::get_id();
+    do {
+      callWaiting(lock);
+      changed.wait(lock, [this] { return !waiting.empty() || closed; });
+    } while (!waiting.empty());
+  }
 };
 
 CompletionQueue::CompletionQueue() : state_(std::make_shared<State>()) {}
 
 CompletionQueue::~CompletionQueue() {
-  std::thread thread;
-  {
-    const std::lock_guard lock(state_->mutex);
-    state_->closed = true;
-    state_->changed.notify_all();
-    if (state_->onOwnThread()) {
-      state_->thread.detach();
-    } else {
-      thread = std::move(state_->thread);
-    }
+  std::unique_lock lock(state_->mutex);
+  state_->closed = true;
+  state_->changed.notify_all();
+  std::thread thread = std::move(state_->thread);
+  if (state_->isCaller()) {
+    if (thread.joinable()) thread.detach();
+  } else if (thread.joinable()) {
+    lock.unlock();
+    thread.join();
+  } else {
+    state_->waitForPosted(lock);
   }
-  if (thread.joinable()) thread.join();
+}
+
+bool CompletionQueue::start() {
+  const std::lock_guard lock(state_->mutex);
+  return state_->start(state_);
 }
 
 void CompletionQueue::post(FinishedTransfer finished) {
-  const std::lock_guard lock(state_->mutex);
+  std::unique_lock lock(state_->mutex);
   state_->waiting.push_back(std::move(finished));
   ++state_->posted;
-  if (!state_->thread.joinable()) {
-    state_->thread = backgroundThread([state = state_] { state->run(); });
-  }
-  state_->changed.notify_all();
+  if (state_->start(state_)) return state_->changed.notify_all();
+  if (state_->caller != std::thread::id()) return;  // which will find it
+  const auto state = state_;                        // a completion may destroy the queue
+  state->caller = std::this_thread::get_id();
+  state->callWaiting(lock);
+  state->caller = {};
 }
 
 void CompletionQueue::drain() {
   std::unique_lock lock(state_->mutex);
-  if (state_->onOwnThread()) return;
-  state_->changed.wait(lock, [this, last = state_->posted] { return state_->returned >= last; });
+  if (!state_->isCaller()) state_->waitForPosted(lock);
 }
 
 }  // namespace morvelune

@@ -1,5 +1,8 @@
 #include "platform/linux/CurlTransfer.h"
 
+#include <sys/socket.h>
+
+#include <cerrno>
 #include <utility>
 
 #include "platform/linux/SuggestedFilename.h"
@@ -60,6 +63,8 @@ const char* description(int code) {
       return "The network connection was lost.";
     case NSURLErrorHTTPTooManyRedirects:
       return "too many HTTP redirects";
+    case NSURLErrorResourceUnavailable:
+      return "resource unavailable";
     case NSURLErrorBadServerResponse:
       return "bad server response";
     case NSURLErrorDataLengthExceedsMaximum:
@@ -77,11 +82,23 @@ const char* description(int code) {
   }
 }
 
+Error errorOf(int code) {
+  return {NSURLErrorDomain, code, description(code)};
+}
+
+Error headersTooLarge() {
+  return {NSURLErrorDomain, NSURLErrorDataLengthExceedsMaximum,
+          "response headers exceed maximum size"};
+}
+
+FinishedTransfer failedWith(Error error, TransferRequest request) {
+  return {std::move(request.completion), {{}, {}, {}, std::move(error)}};
+}
+
 }  // namespace
 
 FinishedTransfer failedTransfer(TransferRequest request, int code) {
-  return {std::move(request.completion),
-          {{}, {}, {}, Error{NSURLErrorDomain, code, description(code)}}};
+  return failedWith(errorOf(code), std::move(request));
 }
 
 CurlTransfer::CurlTransfer(TransferRequest request, const URLSessionOptions& options)
@@ -90,10 +107,6 @@ CurlTransfer::CurlTransfer(TransferRequest request, const URLSessionOptions& opt
 std::optional<int> CurlTransfer::prepare() {
   // libcurl would take an address without a scheme for http.
   if (!request_.url || !request_.url->isHTTP()) return NSURLErrorUnsupportedURL;
-  if (request_.destination == BodyDestination::temporaryFile) {
-    file_ = TemporaryFile::create(options_.temporaryDirectory);
-    if (!file_) return NSURLErrorCannotCreateFile;
-  }
   handle_.reset(curl_easy_init());
   if (!handle_) return NSURLErrorUnknown;
   const CURLcode configured = configure();
@@ -120,6 +133,7 @@ CURLcode CurlTransfer::configure() {
   set(CURLOPT_QUICK_EXIT, 1L);  // a name lookup that hangs is left behind
   // libcurl would stop connecting after 300 s, even where idleTimeout is longer.
   set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(options_.idleTimeout.count()));
+  set(CURLOPT_TIMEOUT, static_cast<long>(options_.resourceTimeout.count()));
   // Refuses an answer by its Content-Length; receive() has the last word.
   set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(maximumBytes()));
 
@@ -133,45 +147,84 @@ CURLcode CurlTransfer::configure() {
   set(CURLOPT_HEADERDATA, static_cast<void*>(this));
   set(CURLOPT_HEADERFUNCTION,
       Callback([](char*, std::size_t, std::size_t count, void* self) noexcept {
-        static_cast<CurlTransfer*>(self)->lastActivity_ = std::chrono::steady_clock::now();
-        return count;
+        return static_cast<CurlTransfer*>(self)->receiveHeader(count) ? count : 0;
+      }));
+  using SocketCallback = curl_socket_t (*)(void*, curlsocktype, curl_sockaddr*);
+  set(CURLOPT_OPENSOCKETDATA, static_cast<void*>(this));
+  set(CURLOPT_OPENSOCKETFUNCTION,
+      SocketCallback([](void* self, curlsocktype, curl_sockaddr* to) noexcept {
+        return static_cast<CurlTransfer*>(self)->openSocket(*to);
       }));
   return result;
+}
+
+curl_socket_t CurlTransfer::openSocket(const curl_sockaddr& to) {
+  const int socket = ::socket(to.family, to.socktype | SOCK_CLOEXEC, to.protocol);
+  if (socket >= 0) return socket;
+  if (errno != EAFNOSUPPORT) failure_ = errorOf(NSURLErrorResourceUnavailable);
+  return CURL_SOCKET_BAD;
+}
+
+bool CurlTransfer::receiveHeader(std::size_t bytes) {
+  lastActivity_ = std::chrono::steady_clock::now();
+  headerBytes_ += static_cast<std::int64_t>(bytes);
+  if (headerBytes_ > options_.maximumHeaderBytes) failure_ = headersTooLarge();
+  return headerBytes_ <= options_.maximumHeaderBytes;
 }
 
 bool CurlTransfer::receive(std::span<const std::byte> bytes) {
   lastActivity_ = std::chrono::steady_clock::now();
   received_ += static_cast<std::int64_t>(bytes.size());
+  std::optional<int> code;
   if (received_ > maximumBytes()) {
-    receivingFailed_ = NSURLErrorDataLengthExceedsMaximum;
-  } else if (!file_) {
+    code = NSURLErrorDataLengthExceedsMaximum;
+  } else if (isDownload()) {
+    code = writeToFile(bytes);
+  } else {
     data_.insert(data_.end(), bytes.begin(), bytes.end());
-  } else if (!file_->write(bytes)) {
-    receivingFailed_ = NSURLErrorCannotWriteToFile;
   }
-  return !receivingFailed_;
+  if (code) failure_ = errorOf(*code);
+  return !code;
+}
+
+// The file is made for the first bytes, so that only a request with an answer takes a descriptor
+// for it. Gives a code when the system refuses.
+std::optional<int> CurlTransfer::writeToFile(std::span<const std::byte> bytes) {
+  if (!file_) file_ = TemporaryFile::create(options_.temporaryDirectory);
+  if (!file_) return NSURLErrorCannotCreateFile;
+  if (!file_->write(bytes)) return NSURLErrorCannotWriteToFile;
+  return std::nullopt;
 }
 
 FinishedTransfer CurlTransfer::finish(CURLcode result) {
-  if (result != CURLE_OK) return fail(failureCode(result));
-  if (file_ && !file_->close()) return fail(NSURLErrorCannotWriteToFile);
+  if (result != CURLE_OK) return fail(errorOfResult(result));
+  if (isDownload()) {
+    if (const auto code = writeToFile({})) return fail(errorOf(*code));  // an empty answer's, too
+    if (!file_->close()) return fail(errorOf(NSURLErrorCannotWriteToFile));
+  }
   return {std::move(request_.completion),
           {response(), std::move(data_), std::move(file_), std::nullopt}};
 }
 
 FinishedTransfer CurlTransfer::fail(int code) {
-  file_.reset();  // gone before the completion is called
-  return failedTransfer(std::move(request_), code);
+  return fail(errorOf(code));
 }
 
-int CurlTransfer::failureCode(CURLcode result) const {
-  if (receivingFailed_) return *receivingFailed_;
+FinishedTransfer CurlTransfer::fail(Error error) {
+  file_.reset();  // gone before the completion is called
+  return failedWith(std::move(error), std::move(request_));
+}
+
+Error CurlTransfer::errorOfResult(CURLcode result) const {
+  if (failure_) return *failure_;
+  // What libcurl says of a header line longer than it takes, too.
+  if (result == CURLE_OUT_OF_MEMORY && headerBytes_ > 0) return headersTooLarge();
   // libcurl says "unsupported protocol" of a redirect to another scheme, and of an answer from an
   // HTTP server that is not HTTP.
   if (result == CURLE_UNSUPPORTED_PROTOCOL && URL::unchecked(effectiveURL()).isHTTP()) {
-    return NSURLErrorBadServerResponse;
+    return errorOf(NSURLErrorBadServerResponse);
   }
-  return errorCode(result);
+  return errorOf(errorCode(result));
 }
 
 URLResponse CurlTransfer::response() const {
@@ -194,7 +247,7 @@ std::string CurlTransfer::effectiveURL() const {
 }
 
 std::int64_t CurlTransfer::maximumBytes() const {
-  return file_ ? options_.maximumDownloadBytes : options_.maximumDataBytes;
+  return isDownload() ? options_.maximumDownloadBytes : options_.maximumDataBytes;
 }
 
 }  // namespace morvelune

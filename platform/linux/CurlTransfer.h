@@ -70,8 +70,15 @@ class CurlTransfer {
   };
 
   [[nodiscard]] CURLcode configure();
+  [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& to);
+  [[nodiscard]] bool receiveHeader(std::size_t bytes);
   [[nodiscard]] bool receive(std::span<const std::byte> bytes);
-  [[nodiscard]] int failureCode(CURLcode result) const;
+  [[nodiscard]] std::optional<int> writeToFile(std::span<const std::byte> bytes);
+  [[nodiscard]] FinishedTransfer fail(Error error);
+  [[nodiscard]] Error errorOfResult(CURLcode result) const;
+  [[nodiscard]] bool isDownload() const {
+    return request_.destination == BodyDestination::temporaryFile;
+  }
   [[nodiscard]] URLResponse response() const;
   [[nodiscard]] std::string effectiveURL() const;
   [[nodiscard]] std::int64_t maximumBytes() const;
@@ -80,10 +87,11 @@ class CurlTransfer {
   const URLSessionOptions& options_;
   std::chrono::steady_clock::time_point lastActivity_ = std::chrono::steady_clock::now();
   std::unique_ptr<CURL, HandleDeleter> handle_;
-  std::unique_ptr<TemporaryFile> file_;
+  std::unique_ptr<TemporaryFile> file_;  // of a download whose body has begun
   std::vector<std::byte> data_;
-  std::int64_t received_ = 0;           // bytes of the decoded body
-  std::optional<int> receivingFailed_;  // why receive() refused
+  std::int64_t received_ = 0;     // bytes of the decoded body
+  std::int64_t headerBytes_ = 0;  // of all answers, redirects and trailers included
+  std::optional<Error> failure_;  // why one of libcurl's callbacks refused
 };
 
 }  // namespace morvelune

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
@@ -36,7 +38,16 @@ struct Engine {
 
   CompletionQueue completions;
   TransferLoop loop;
+  const pid_t owner = getpid();
 };
+
+// A forked child has no copy of the threads, and may have their locks as they were held. There an
+// engine is left alone, with all that it holds.
+std::shared_ptr<Engine> makeEngine(const URLSessionOptions& options) {
+  return {new Engine(options), [](Engine* engine) {
+            if (engine->owner == getpid()) delete engine;
+          }};
+}
 
 class CurlURLSessionTask : public URLSessionTask {
  public:
@@ -55,8 +66,7 @@ class CurlURLSessionTask : public URLSessionTask {
 
 class CurlURLSession : public LinuxURLSession {
  public:
-  explicit CurlURLSession(const URLSessionOptions& options)
-      : engine_(std::make_shared<Engine>(options)) {}
+  explicit CurlURLSession(const URLSessionOptions& options) : engine_(makeEngine(options)) {}
   ~CurlURLSession() override { CurlURLSession::invalidateAndCancel(); }
   CurlURLSession(const CurlURLSession&) = delete;
   CurlURLSession& operator=(const CurlURLSession&) = delete;
@@ -83,6 +93,7 @@ class CurlURLSession : public LinuxURLSession {
   }
 
   void invalidateAndCancel() override {
+    if (engine_->owner != getpid()) return;
     engine_->loop.stop();
     engine_->completions.drain();
   }
@@ -105,6 +116,7 @@ class Sessions {
   }
 
   void end() {
+    if (getpid() != owner_) return;
     for (const auto& each : taken()) {
       if (const auto session = each.lock()) session->invalidateAndCancel();
     }
@@ -117,6 +129,7 @@ class Sessions {
     return std::exchange(sessions_, {});
   }
 
+  const pid_t owner_ = getpid();
   std::mutex mutex_;
   std::vector<std::weak_ptr<LinuxURLSession>> sessions_;
 };

@@ -31,7 +31,7 @@ TemporaryFile::TemporaryFile(std::string path, int descriptor)
 
 TemporaryFile::~TemporaryFile() {
   if (descriptor_ >= 0) ::close(descriptor_);
-  unlink(path_.c_str());
+  if (getpid() == owner_) unlink(path_.c_str());
 }
 
 bool TemporaryFile::write(std::span<const std::byte> bytes) {

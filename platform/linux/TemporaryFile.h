@@ -1,6 +1,8 @@
 // TemporaryFile: a private file that is being downloaded.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -8,7 +10,8 @@
 
 namespace morvelune {
 
-// Deletes the file when it goes, unless somebody moved it away.
+// Deletes the file when it goes, unless somebody moved it away. In a forked child it does not: the
+// file is the parent's.
 class TemporaryFile {
  public:
   // A new empty file in an existing folder, for its owner's eyes only; null when it cannot be made.
@@ -28,6 +31,7 @@ class TemporaryFile {
 
   std::string path_;
   int descriptor_;  // -1 once closed
+  const pid_t owner_ = getpid();
 };
 
 }  // namespace morvelune

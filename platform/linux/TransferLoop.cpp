@@ -1,6 +1,9 @@
 #include "platform/linux/TransferLoop.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/linux/BackgroundThread.h"
@@ -13,6 +16,16 @@ using std::chrono::milliseconds;
 // Nothing needs the loop to wake by itself: this only keeps a wait within an int.
 constexpr milliseconds longestWait = std::chrono::hours(1);
 
+// How many transfers may run at once: each has at most two descriptors at a time, such as a socket
+// and a file, and the process needs others. A limit that is raised later does not count.
+std::size_t transfersByDescriptors() {
+  constexpr rlim_t others = 64;
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlim_t wanted = std::min<rlim_t>(limit.rlim_cur, 1 << 20);  // it may be "infinite"
+  return wanted > others + 2 ? (wanted - others) / 2 : 1;
+}
+
 // Called as a session is made: what libcurl's own start registers to run at the exit of the process
 // then runs after the end of that session, also when it is a static object.
 CURLM* makeMulti() {
@@ -23,15 +36,36 @@ CURLM* makeMulti() {
 }  // namespace
 
 TransferLoop::TransferLoop(const URLSessionOptions& options, CompletionQueue& completions)
-    : options_(options), completions_(completions), multi_(makeMulti()) {}
+    : options_(options),
+      completions_(completions),
+      maximumTransfers_(transfersByDescriptors()),
+      multi_(makeMulti()) {
+  // libcurl keeps connections for later requests; those must not take the descriptors of others.
+  if (multi_) {
+    curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maximumTransfers_));
+  }
+}
 
 void TransferLoop::start(TransferRequest request) {
-  const std::lock_guard lock(mutex_);
-  if (stopped_) return completions_.post(failedTransfer(std::move(request), NSURLErrorCancelled));
-  if (!multi_) return completions_.post(failedTransfer(std::move(request), NSURLErrorUnknown));
+  int failure = NSURLErrorResourceUnavailable;
+  {
+    const std::lock_guard lock(mutex_);
+    if (stopped_) {
+      failure = NSURLErrorCancelled;
+    } else if (isRunning()) {
+      started_.push_back(std::move(request));
+      return;
+    }
+  }
+  completions_.post(failedTransfer(std::move(request), failure));
+}
+
+// Wakes the loop, which waits for the lock then. False when the system does not give what a loop
+// needs: its two threads, and the sockets by which libcurl wakes it.
+bool TransferLoop::isRunning() {
+  if (!multi_ || curl_multi_wakeup(multi_.get()) != CURLM_OK || !completions_.start()) return false;
   if (!thread_.joinable()) thread_ = backgroundThread([this] { run(); });
-  started_.push_back(std::move(request));
-  curl_multi_wakeup(multi_.get());
+  return thread_.joinable();
 }
 
 void TransferLoop::stop() {
@@ -52,6 +86,7 @@ void TransferLoop::run() {
     curl_multi_perform(multi_.get(), &running);
     finishEnded();
     const milliseconds wait = failIdle();
+    if (!waiting_.empty() && transfers_.size() < maximumTransfers_) continue;
     curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);
   }
   failAll();
@@ -65,7 +100,10 @@ bool TransferLoop::admitStarted() {
     if (stopped_) return false;
     started.swap(started_);
   }
-  for (TransferRequest& request : started) admit(std::move(request));
+  std::move(started.begin(), started.end(), std::back_inserter(waiting_));
+  for (; !waiting_.empty() && transfers_.size() < maximumTransfers_; waiting_.pop_front()) {
+    admit(std::move(waiting_.front()));
+  }
   return true;
 }
 
@@ -73,7 +111,7 @@ void TransferLoop::admit(TransferRequest request) {
   auto transfer = std::make_unique<CurlTransfer>(std::move(request), options_);
   std::optional<int> failure = transfer->prepare();
   if (!failure && curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
-    failure = NSURLErrorUnknown;
+    failure = NSURLErrorResourceUnavailable;
   }
   if (failure) return completions_.post(transfer->fail(*failure));
   CURL* const handle = transfer->handle();
@@ -110,11 +148,15 @@ void TransferLoop::failAll() {
   while (!transfers_.empty()) {
     completions_.post(remove(transfers_.begin())->fail(NSURLErrorCancelled));
   }
-  const std::lock_guard lock(mutex_);
-  for (TransferRequest& request : started_) {
+  {
+    const std::lock_guard lock(mutex_);
+    std::move(started_.begin(), started_.end(), std::back_inserter(waiting_));
+    started_.clear();
+  }
+  for (TransferRequest& request : waiting_) {
     completions_.post(failedTransfer(std::move(request), NSURLErrorCancelled));
   }
-  started_.clear();
+  waiting_.clear();
 }
 
 std::unique_ptr<CurlTransfer> TransferLoop::remove(Transfers::iterator transfer) {

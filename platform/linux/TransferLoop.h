@@ -4,6 +4,8 @@
 #include <curl/curl.h>
 
 #include <chrono>
+#include <cstddef>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -24,7 +26,8 @@ class TransferLoop {
   TransferLoop(const TransferLoop&) = delete;
   TransferLoop& operator=(const TransferLoop&) = delete;
 
-  // Performs the request; once the loop is stopped, fails it with NSURLErrorCancelled.
+  // Performs the request. Fails it with NSURLErrorCancelled once the loop is stopped, and with
+  // NSURLErrorResourceUnavailable when the system does not give what a loop needs.
   void start(TransferRequest request);
   // Ends all unfinished requests with NSURLErrorCancelled. Returns when all completions
   // have been posted.
@@ -35,6 +38,8 @@ class TransferLoop {
     void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
   };
   using Transfers = std::unordered_map<CURL*, std::unique_ptr<CurlTransfer>>;
+
+  [[nodiscard]] bool isRunning();
 
   // On the loop's thread.
   void run();
@@ -47,8 +52,10 @@ class TransferLoop {
 
   const URLSessionOptions options_;
   CompletionQueue& completions_;
+  const std::size_t maximumTransfers_;          // at once
   std::unique_ptr<CURLM, MultiDeleter> multi_;  // null once stopped, or if it could not be made
-  Transfers transfers_;                         // the thread's own
+  Transfers transfers_;                         // the thread's own, as the next one is
+  std::deque<TransferRequest> waiting_;         // for a transfer to end
 
   std::once_flag stopOnce_;
   std::mutex mutex_;  // guards what follows; thread_ until stopped_ is set

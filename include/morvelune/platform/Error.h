@@ -25,6 +25,7 @@ inline constexpr int NSURLErrorCannotFindHost = -1003;
 inline constexpr int NSURLErrorCannotConnectToHost = -1004;
 inline constexpr int NSURLErrorNetworkConnectionLost = -1005;
 inline constexpr int NSURLErrorHTTPTooManyRedirects = -1007;
+inline constexpr int NSURLErrorResourceUnavailable = -1008;
 inline constexpr int NSURLErrorBadServerResponse = -1011;
 inline constexpr int NSURLErrorDataLengthExceedsMaximum = -1103;
 inline constexpr int NSURLErrorSecureConnectionFailed = -1200;

@@ -23,15 +23,22 @@ namespace morvelune {
 struct URLSessionOptions {
   // iOS's default time-out: how long a request may stand still, connecting included.
   static constexpr std::chrono::seconds defaultIdleTimeout{60};
+  // iOS's default for a whole request, redirects included: seven days.
+  static constexpr std::chrono::seconds defaultResourceTimeout{7 * 24 * 60 * 60};
   // As many as iOS is known to follow.
   static constexpr long defaultMaximumRedirects = 20;
+  // Far above the headers of any answer that means well.
+  static constexpr std::int64_t defaultMaximumHeaderBytes = 256 << 10;
   // Far above any answer to a tracking request, which is read and thrown away.
   static constexpr std::int64_t defaultMaximumDataBytes = 1 << 20;
   // Above the largest attachment that iOS shows, a movie of 50 MB.
   static constexpr std::int64_t defaultMaximumDownloadBytes = 64 << 20;
 
   std::chrono::seconds idleTimeout = defaultIdleTimeout;
+  std::chrono::seconds resourceTimeout = defaultResourceTimeout;
   long maximumRedirects = defaultMaximumRedirects;
+  // Headers of all answers to a request: redirects, and trailers behind a body, count too.
+  std::int64_t maximumHeaderBytes = defaultMaximumHeaderBytes;
   std::int64_t maximumDataBytes = defaultMaximumDataBytes;          // decoded body of a data task
   std::int64_t maximumDownloadBytes = defaultMaximumDownloadBytes;  // decoded body of a download
   // An existing folder for downloads; empty for the process's own ($TMPDIR, else /tmp).
@@ -82,7 +89,8 @@ class MORVELUNE_API LinuxNotificationCenter : public NotificationCenter {
 };
 
 // A session that its owner can end. It is ended when the last handle on it goes, and at the exit of
-// the process.
+// the process, where a completion that called exit() leaves its download's file behind. A forked
+// child can only let go of it: that waits for no thread, removes no file and touches no connection.
 class MORVELUNE_API LinuxURLSession : public URLSession {
  public:
   // Ends every started task that has not ended, with NSURLErrorCancelled. Returns when all
@@ -91,7 +99,11 @@ class MORVELUNE_API LinuxURLSession : public URLSession {
   virtual void invalidateAndCancel() = 0;
 };
 
-// A session of its own, with two threads that start when they are first needed.
+// A session of its own, with two threads that start when they are first needed. While the system
+// gives it no thread or no socket, a request fails with NSURLErrorResourceUnavailable, and its
+// completion may be called by resume(). As many requests run at once as the limit of descriptors
+// allows when the session is made (two each, of all but 64); the others wait in line, where no
+// time-out counts.
 [[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxURLSession> makeLinuxURLSession(
     const URLSessionOptions& options = {});
 
