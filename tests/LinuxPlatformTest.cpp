@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,6 +18,7 @@
 #include "morvelune/UIScreenMorvelune.h"
 #include "platform/linux/AcceptedMedia.h"
 #include "platform/linux/LinuxServices.h"
+#include "support/Eventually.h"
 #include "support/LoopbackOrigin.h"
 #include "support/TemporaryDirectory.h"
 
@@ -218,6 +220,35 @@ TEST(LinuxPlatformDeathTest, EndsPendingRequestsAtExit) {
     EXPECT_EXIT(exitWithPendingRequest(install), ::testing::ExitedWithCode(0),
                 "completed with \\[-999\\]");
   }
+}
+
+bool isForkedChild = false;
+// Before the leak detector looks, to which all is lost that the parent's threads hold.
+[[maybe_unused]] const int atTheEnd = std::atexit([] {
+  if (isForkedChild) ::_exit(0);
+});
+
+TEST(LinuxPlatform, AForkedChildMayExitWhileRequestsRun) {
+  const TemporaryDirectory folder;
+  LoopbackOrigin origin;
+  const std::string stall = origin.serve("/", {.body = "body", .fate = Reply::Fate::stall});
+  auto session = makeLinuxURLSession({.temporaryDirectory = folder.path()});
+  session->downloadTask(URL::parse(stall), [](auto...) {})->resume();
+  EXPECT_TRUE(eventually([&folder] { return !folder.names().empty(); }));
+  for (int i = 0; i < 20; ++i) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      isForkedChild = true;
+      ::alarm(10);
+      session.reset();
+      std::exit(0);
+    }
+    session->dataTask(URL::parse(stall), [](auto...) {})->resume();
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_EQ(folder.names().size(), 1U) << "a child removed the file";
 }
 
 }  // namespace

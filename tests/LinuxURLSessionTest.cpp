@@ -22,6 +22,10 @@ namespace {
 std::atomic<bool> lookupHangs = false;
 std::atomic<int> lookupsThatHang = 0;
 std::string trustedCertificates;  // a file; the system's while this is empty
+// How many threads and sockets the system still gives, to whoever asks for them.
+constexpr int enough = 1'000'000;
+std::atomic<int> threadsLeft = enough;
+std::atomic<int> socketsLeft = enough;
 
 template <typename Function>
 Function* next(Function*, const char* name) {
@@ -30,7 +34,7 @@ Function* next(Function*, const char* name) {
 
 }  // namespace
 
-// Two functions stand before those of the libraries, for the whole program.
+// These functions stand before those of the libraries, for the whole program.
 
 // No name lookup leaves the machine, and one hangs while the test says.
 extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints,
@@ -42,6 +46,24 @@ extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo
   }
   if (host.ends_with(".example")) return EAI_NONAME;
   return next(&getaddrinfo, "getaddrinfo")(name, service, hints, result);
+}
+
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                              void* (*function)(void*), void* argument) noexcept {
+  if (threadsLeft-- <= 0) return EAGAIN;
+  return next(&pthread_create, "pthread_create")(thread, attributes, function, argument);
+}
+
+extern "C" int socket(int family, int type, int protocol) noexcept {
+  if (socketsLeft-- > 0) return next(&socket, "socket")(family, type, protocol);
+  errno = EMFILE;
+  return -1;
+}
+
+extern "C" int socketpair(int family, int type, int protocol, int* ends) noexcept {
+  if (socketsLeft-- > 0) return next(&socketpair, "socketpair")(family, type, protocol, ends);
+  errno = EMFILE;
+  return -1;
 }
 
 // The certificates that are trusted, which the session itself lets nobody choose.
@@ -93,6 +115,23 @@ class SecureOrigin {
   std::thread serving_;
 };
 
+// Checks, as it goes, that there are as many threads and open files as before.
+class NothingStays {
+ public:
+  ~NothingStays() {
+    EXPECT_TRUE(eventually([this] { return count() == before_; })) << "threads, descriptors";
+  }
+
+ private:
+  static std::pair<std::ptrdiff_t, std::ptrdiff_t> count() {
+    const auto entries = [](const char* folder) {
+      return std::distance(std::filesystem::directory_iterator(folder), {});
+    };
+    return {entries("/proc/self/task"), entries("/proc/self/fd")};
+  }
+  const std::pair<std::ptrdiff_t, std::ptrdiff_t> before_ = count();
+};
+
 class LinuxURLSessionTest : public ::testing::Test {
  protected:
   // No request may take the environment's proxy.
@@ -124,6 +163,7 @@ class LinuxURLSessionTest : public ::testing::Test {
     endings.startBoth(*session, URL::parse(url), ending);
   }
 
+  NothingStays nothing;  // of what is made after it
   TemporaryDirectory folder;
   LoopbackOrigin origin;
   Endings endings;
@@ -226,6 +266,39 @@ TEST_F(LinuxURLSessionTest, FailsWhenTheDiskDoes) {
   setrlimit(RLIMIT_FSIZE, &before);
   session->invalidateAndCancel();
   EXPECT_TRUE(folder.names().empty());
+}
+
+TEST_F(LinuxURLSessionTest, FailsAtOnceWhereTheSystemGivesNoThreadOrSocket) {
+  const auto url = URL::parse(origin.serve("/a", {}));
+  const auto shortOf = [&](std::atomic<int>& what, int left) {
+    what = left;
+    session = makeSession(folder.path());
+    endings.startBoth(*session, url, failed(NSURLErrorResourceUnavailable));
+    endings.wait(endings.wanted().size());
+    what = enough;
+  };
+  for (auto* what : {&threadsLeft, &socketsLeft}) {
+    for (const int left : {0, 1}) shortOf(*what, left);
+    start(url->absoluteString(), answered(200, ""));  // as soon as there is enough again
+    endings.wait(endings.wanted().size());
+  }
+  EXPECT_EQ(endings.wait(endings.wanted().size()), endings.wanted());
+  session->invalidateAndCancel();
+  sigset_t held;
+  pthread_sigmask(SIG_BLOCK, nullptr, &held);
+  EXPECT_FALSE(sigismember(&held, SIGTERM)) << "the caller's signals stay held back";
+}
+
+TEST_F(LinuxURLSessionTest, WaitsForDescriptorsRatherThanFail) {
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit few{64 + 2 * 4, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &few);
+  session = makeSession(folder.path());
+  origin.serve("/a", {.body = "a"});
+  for (int i = 0; i < 100; ++i) start(origin.url("/a"), answered(200, "a"));
+  EXPECT_EQ(endings.wait(endings.wanted().size()), endings.wanted());
+  setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(LinuxURLSessionTest, ASlowCompletionHoldsUpNoTransfer) {

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <thread>
 
+#include "morvelune/MVLCommonHelpers.h"
 #include "support/ExposedExtension.h"
 #include "support/InMemoryPlatform.h"
 #include "support/Media.h"
@@ -232,7 +233,10 @@ TEST(ServiceExtensionTest, AllThreadsMayMeet) {
   std::thread installing([&isDone, platform = Platform::current()] {
     while (!isDone) Platform::install(platform);
   });
-  for (int i = 0; i < 200; ++i) (void)extension->mvlBestAttemptContent()->attachments();
+  for (int i = 0; i < 200; ++i) {
+    (void)extension->mvlBestAttemptContent()->attachments();
+    (void)MVLCommonHelpers::countryCode();  // of the platform that is installed just then
+  }
   completing.join();
   expiring.join();
   isDone = true;

@@ -96,6 +96,16 @@ class ToolTest : public ::testing::Test {
     return ordered_json{{"k2tid", 1}, {"mvl-atts", {attachment}}}.dump();
   }
 
+  // That it took little memory, where that can be measured: a program starts with its maker's peak
+  // on its account, which is low when CTest runs a test alone.
+  static void checkPeak(const Ended& ended) {
+    constexpr long bound = 24 * 1024;
+    rusage own{};
+    getrusage(RUSAGE_SELF, &own);
+    if (sanitized || own.ru_maxrss >= bound) GTEST_SKIP() << "the peak cannot be measured here";
+    EXPECT_LT(ended.peakKilobytes, bound);
+  }
+
   TemporaryDirectory files_;
   std::optional<LoopbackOrigin> origin_{std::in_place};
   Program program_;
@@ -218,12 +228,65 @@ TEST_F(ToolTest, DeliversTheLargestMovieInLittleMemory) {
   origin_->serve("/movie", {.body = mp4Bytes(), .bodySize = 50 << 20});
   const Ended ended = program_.run({"deliver", "-"}, push("/movie"));
   EXPECT_NE(ended.out.find("52428800 bytes"), std::string::npos) << ended.out;
-  constexpr long bound = 24 * 1024;
-  // A program starts with its maker's peak on its account, which is low when CTest runs this alone.
-  rusage own{};
-  getrusage(RUSAGE_SELF, &own);
-  if (sanitized || own.ru_maxrss >= bound) GTEST_SKIP() << "the peak cannot be measured here";
-  EXPECT_LT(ended.peakKilobytes, bound);
+  checkPeak(ended);
+}
+
+// Each kind of call fails once, at every place where it is made.
+TEST_F(ToolTest, LosesOneAttachmentAtMostWhereOneCallOfTheSystemFails) {
+  ordered_json payload{{"k2tid", 1}};
+  for (const char* name : {"a", "b", "c"}) {
+    const std::string path = std::string("/").append(name);
+    origin_->serve(path, {.body = pngBytes()});
+    payload["mvl-atts"].push_back({{"att-id", name}, {"att-url", origin_->url(path)}});
+  }
+  const std::string mark = files_.path() + "/mark";
+  for (const std::string call : {"pthread_create", "socketpair", "open", "write", "rename"}) {
+    bool hasFailed = true;
+    for (int k = 1; hasFailed; ++k) {
+      SCOPED_TRACE(call + " " + std::to_string(k));
+      program_.environment = {"LD_PRELOAD=" FAILING_CALLS, "ASAN_OPTIONS=verify_asan_link_order=0",
+                              "FAIL_CALL=" + call + " " + std::to_string(k), "FAIL_MARK=" + mark};
+      const Ended ended = program_.run({"deliver", "--json", "-"}, payload.dump());
+      hasFailed = std::filesystem::remove(mark);
+      EXPECT_TRUE(ended.status == 0 || ended.status == 3 || (ended.status == 1 && hasFailed))
+          << ended.status;
+      EXPECT_TRUE(hasFailed || k > 1) << "it is never called";
+      if (ended.status == 1) {
+        EXPECT_NE(ended.err.find("morvelune: "), std::string::npos) << "it ends without a word";
+        continue;
+      }
+      const ordered_json deliveries = ended.report()["deliveries"];
+      EXPECT_EQ(deliveries.size(), 1U);
+      EXPECT_GE(deliveries.at(0)["content"]["attachments"].size(), hasFailed ? 2U : 3U);
+    }
+  }
+}
+
+TEST_F(ToolTest, GoodServersAreNotHeldUpByDishonestOnes) {
+  ordered_json payload{{"k2tid", 1}};
+  const auto attach = [&](const std::string& path) {
+    payload["mvl-atts"].push_back({{"att-id", path}, {"att-url", origin_->url(path)}});
+  };
+  const ordered_json data = testData("data/session.json");
+  for (const ordered_json& each : casesOf(data["cases"], {"url", "reply", "gives", "fails"})) {
+    if (!each.contains("reply") || !each.contains("fails")) continue;
+    const std::string path = "/bad/" + std::to_string(payload["mvl-atts"].size());
+    origin_->serve(path, replyOf(each["reply"]));
+    attach(path);
+  }
+  EXPECT_GE(payload["mvl-atts"].size(), 10U);
+  for (int i = 0; i < 10; ++i) {
+    const std::string path = "/good/" + std::to_string(i);
+    origin_->serve(path, {.body = pngBytes(), .bodySize = 1 << 20});
+    attach(path);
+  }
+  const Ended ended = program_.run({"deliver", "--json", "--time-limit=5", "-"}, payload.dump());
+  const ordered_json report = ended.report();
+  for (const ordered_json& each : report["requests"]) {
+    if (each["url"].get<std::string>().find("/good/") == std::string::npos) continue;
+    EXPECT_LT(each.value("finishedMs", 5000.0), 4000) << each;
+  }
+  checkPeak(ended);
 }
 
 // The answer comes while the program still waits for more.

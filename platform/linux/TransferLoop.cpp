@@ -28,9 +28,17 @@ std::size_t transfersByDescriptors() {
 
 // Called as a session is made: what libcurl's own start registers to run at the exit of the process
 // then runs after the end of that session, also when it is a static object.
-CURLM* makeMulti() {
+CURLM* makeMulti(std::size_t maximumTransfers) {
   static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
-  return initialised == CURLE_OK ? curl_multi_init() : nullptr;
+  CURLM* const multi = initialised == CURLE_OK ? curl_multi_init() : nullptr;
+  // libcurl keeps connections for later requests; those must not take the descriptors of others.
+  curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, static_cast<long>(maximumTransfers));
+  return multi;
+}
+
+// False also when libcurl got no sockets to wake it by.
+bool wake(CURLM* multi) {
+  return curl_multi_wakeup(multi) == CURLM_OK;
 }
 
 }  // namespace
@@ -39,12 +47,7 @@ TransferLoop::TransferLoop(const URLSessionOptions& options, CompletionQueue& co
     : options_(options),
       completions_(completions),
       maximumTransfers_(transfersByDescriptors()),
-      multi_(makeMulti()) {
-  // libcurl keeps connections for later requests; those must not take the descriptors of others.
-  if (multi_) {
-    curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(maximumTransfers_));
-  }
-}
+      multi_(makeMulti(maximumTransfers_)) {}
 
 void TransferLoop::start(TransferRequest request) {
   int failure = NSURLErrorResourceUnavailable;
@@ -60,11 +63,13 @@ void TransferLoop::start(TransferRequest request) {
   completions_.post(failedTransfer(std::move(request), failure));
 }
 
-// Wakes the loop, which waits for the lock then. False when the system does not give what a loop
-// needs: its two threads, and the sockets by which libcurl wakes it.
+// Wakes the loop, which waits for the lock then. False while the system does not give what a loop
+// needs: its two threads, and libcurl's sockets.
 bool TransferLoop::isRunning() {
-  if (!multi_ || curl_multi_wakeup(multi_.get()) != CURLM_OK || !completions_.start()) return false;
-  if (!thread_.joinable()) thread_ = backgroundThread([this] { run(); });
+  if (thread_.joinable()) return wake(multi_.get());
+  if (!wake(multi_.get())) multi_.reset(makeMulti(maximumTransfers_));
+  if (!wake(multi_.get()) || !completions_.start()) return false;
+  thread_ = backgroundThread([this] { run(); });
   return thread_.joinable();
 }
 
@@ -73,7 +78,7 @@ void TransferLoop::stop() {
     {
       const std::lock_guard lock(mutex_);
       stopped_ = true;  // from here on start() touches neither the thread nor libcurl
-      if (multi_) curl_multi_wakeup(multi_.get());
+      curl_multi_wakeup(multi_.get());
     }
     if (thread_.joinable()) thread_.join();
     multi_.reset();

@@ -21,7 +21,9 @@ pid_t Program::start(Names arguments, const std::string& input) {
   started_ = Clock::now();
   const std::string in = streams_.write("in", input);
   // Whoever runs the tests may ignore signals, which the program would inherit.
-  const Names program{"env", "--default-signal", "TMPDIR=" + temporary_.path(), MORVELUNE_PATH};
+  Names program{"env", "--default-signal", "TMPDIR=" + temporary_.path()};
+  program.insert(program.end(), environment.begin(), environment.end());
+  program.emplace_back(MORVELUNE_PATH);
   arguments.insert(arguments.begin(), program.begin(), program.end());
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());

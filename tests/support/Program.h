@@ -31,6 +31,9 @@ class Program {
   [[nodiscard]] Ended wait(pid_t pid);
   [[nodiscard]] Ended run(std::vector<std::string> arguments, const std::string& input = "");
 
+  // What its environment has beside the own one, as "NAME=text".
+  std::vector<std::string> environment;
+
   // The names in its folder for temporary files.
   [[nodiscard]] std::vector<std::string> temporaryNames() const { return temporary_.names(); }
   [[nodiscard]] const std::string& temporaryPath() const { return temporary_.path(); }
