@@ -213,6 +213,50 @@ TEST(ServiceExtensionTest, OnePlatformServesARequestToItsEnd) {
   EXPECT_EQ(receiver.network.started, (Strings{"http:/t", "http://h/a"}));
 }
 
+// Files and attachments, of which one call fails.
+class FailingServices : public FileManager, public NotificationAttachments {
+ public:
+  explicit FailingServices(int call) : callsLeft(call) {}
+  std::optional<Data> contents(const URL& file) const override {
+    return --callsLeft == 0 ? std::nullopt : under_->fileManager->contents(file);
+  }
+  std::optional<Error> moveItem(const URL& from, const URL& to) override {
+    return --callsLeft == 0 ? Error{} : under_->fileManager->moveItem(from, to);
+  }
+  std::string globallyUniqueString() override {
+    return under_->fileManager->globallyUniqueString();
+  }
+  Result attachment(const std::string& identifier, const URL& file,
+                    std::optional<std::string_view> typeHint) const override {
+    if (--callsLeft == 0) return Error{};
+    return under_->notificationAttachments->attachment(identifier, file, typeHint);
+  }
+  mutable int callsLeft;
+
+ private:
+  const std::shared_ptr<const Platform> under_ = Platform::current();
+};
+
+TEST(ServiceExtensionTest, ACallThatFailsCostsOneAttachmentAtMost) {
+  bool hasFailed = true;
+  for (int call = 1; hasFailed; ++call) {
+    SCOPED_TRACE(call);
+    Receiver receiver;
+    receiver.network.answer("http://h/a", {.body = pngBytes()});
+    const auto services = std::make_shared<FailingServices>(call);
+    const auto platform = std::make_shared<Platform>(*Platform::current());
+    platform->fileManager = services;
+    platform->notificationAttachments = services;
+    Platform::install(platform);
+    receiver.receive(push.with("mvl-atts", Array{entry, entry, entry}));
+    receiver.network.finishAll();
+    hasFailed = services->callsLeft <= 0;
+    EXPECT_EQ(receiver.delivered(), std::string("tracked best attempt a=public.png a=public.png") +
+                                        (hasFailed ? "" : " a=public.png"));
+    EXPECT_EQ(receiver.extension->internalOperationsCount(), 0U);
+  }
+}
+
 // Expiry, a host's reads, its platform and completions meet; the thread sanitizer watches.
 TEST(ServiceExtensionTest, AllThreadsMayMeet) {
   InMemoryPlatform memory;
