@@ -297,8 +297,11 @@ TEST_F(ToolTest, AnswersALineBeforeTheNextOneComesElseFails) {
       "/seen; } | " MORVELUNE_PATH " inspect --jsonl >" + files_.path() + "/out";
   EXPECT_NE(std::system(command.c_str()), -1);
   EXPECT_EQ(contentsOf(files_.path() + "/seen"), "1\n");
-  const int status = std::system("echo '{}' | " MORVELUNE_PATH " inspect --jsonl >/dev/full");
-  EXPECT_EQ(WEXITSTATUS(status), 1);
+  for (const std::string end : {" inspect --jsonl >/dev/full", " inspect --jsonl >&-",
+                                " inspect --jsonl 2>&- <&-", " type " MORVELUNE_PATH " >&-"}) {
+    const int status = std::system(("echo '{}' | " MORVELUNE_PATH + end).c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 1) << end;
+  }
 }
 
 }  // namespace

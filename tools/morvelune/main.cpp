@@ -1,6 +1,10 @@
 // morvelune: shows what a device would make of a push.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -31,6 +35,16 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
+// The next file or socket would take the place of a standard stream that the process was started
+// without. What takes it instead can be used as little as a closed one.
+void fillStandardDescriptors() {
+  for (const int each : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(each, F_GETFD) >= 0) continue;
+    if (open("/dev/null", each == STDIN_FILENO ? O_WRONLY : O_RDONLY) != each)
+      std::_Exit(exitFailed);
+  }
+}
+
 int run(int argc, char** argv) {
   CLI::App app{"Shows what a device would make of a push before it is sent.", "morvelune"};
   app.set_version_flag("--version", "morvelune " MORVELUNE_VERSION);
@@ -54,6 +68,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  fillStandardDescriptors();
   // A reader that goes away must not end the process before its files are removed.
   std::signal(SIGPIPE, SIG_IGN);
   try {
