@@ -6,7 +6,25 @@
 #include_next <Foundation/Foundation.h>
 #pragma clang diagnostic pop
 
+#include <CoreFoundation/CoreFoundation.h>
+
 NS_ASSUME_NONNULL_BEGIN
+
+static inline CFTypeRef _Nullable CFBridgingRetain(id _Nullable object) {
+#if __has_feature(objc_arc)
+  return (__bridge_retained CFTypeRef)object;
+#else
+  return [object retain];
+#endif
+}
+
+static inline id _Nullable CFBridgingRelease(CFTypeRef _Nullable object) {
+#if __has_feature(objc_arc)
+  return (__bridge_transfer id)object;
+#else
+  return [(id)object autorelease];
+#endif
+}
 
 typedef struct {
   NSInteger majorVersion, minorVersion, patchVersion;
