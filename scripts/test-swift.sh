@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# Checks what an app's package manager makes of the library, and what Swift makes of its examples.
+# Needs Swift.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# package FOLDER COMMAND...: asks the package manager, which leaves nothing in the folder.
+package() {
+  local folder=$1
+  shift
+  swift package --package-path "$folder" --scratch-path "$work/scratch/$(basename "$folder")" \
+    --cache-path "$work/cache" --disable-sandbox "$@"
+}
+
+# publish FOLDER: makes the folder a repository with a tagged release.
+publish() {
+  git -C "$1" init -q
+  git -C "$1" add -A
+  git -C "$1" -c user.name=test -c user.email=test@example.com commit -qm 'Release'
+  git -C "$1" tag 1.0.0
+}
+
+# consumer NAME URL: a package in the folder NAME that depends on the repository by version.
+consumer() {
+  mkdir -p "$work/$1/Sources/App"
+  cat >"$work/$1/Package.swift" <<MANIFEST
+// swift-tools-version:5.9
+import PackageDescription
+
+let package = Package(
+  name: "App",
+  platforms: [.iOS(.v13)],
+  dependencies: [.package(url: "file://$2", from: "1.0.0")],
+  targets: [
+    .target(
+      name: "App",
+      dependencies: [.product(name: "MorveluneExtension", package: "MorveluneExtension")])
+  ]
+)
+MANIFEST
+  echo 'let app = 1' >"$work/$1/Sources/App/App.swift"
+}
+
+echo "The manifest"
+package . dump-package >"$work/package.json"
+package . describe >"$work/description" 2>&1
+if grep -qE '^(warning|error)' "$work/description"; then
+  cat "$work/description" >&2
+  exit 1
+fi
+
+echo "A package that depends on the library by version"
+released=$work/released/MorveluneExtension
+mkdir -p "$released"
+git ls-files -z --cached --others --exclude-standard |
+  while IFS= read -r -d '' file; do [ ! -f "$file" ] || printf '%s\0' "$file"; done |
+  tar --null -T - -cf - | tar -xf - -C "$released"
+publish "$released"
+consumer accepted "$released"
+package "$work/accepted" show-dependencies
+
+echo "The same with a flag that is refused"
+flagged=$work/flagged/MorveluneExtension
+mkdir -p "$work/flagged"
+cp -R "$released" "$flagged"
+rm -rf "$flagged/.git"
+sed -i 's/^      cxxSettings: \[/&\n        .unsafeFlags(["-fno-objc-arc"]),/' "$flagged/Package.swift"
+publish "$flagged"
+consumer refused "$flagged"
+if package "$work/refused" show-dependencies >"$work/answer" 2>&1; then
+  echo "The package manager takes a dependency by version with an unsafe flag" >&2
+  exit 1
+fi
+grep -F "unsafe build flags" "$work/answer"
