@@ -75,3 +75,35 @@ if package "$work/refused" show-dependencies >"$work/answer" 2>&1; then
   exit 1
 fi
 grep -F "unsafe build flags" "$work/answer"
+
+echo "The Swift examples, and the names that Swift sees"
+mapfile -t examples < <(git ls-files --cached --others --exclude-standard 'examples/ios/Swift/*.swift')
+swiftc -frontend -parse "${examples[@]}"
+if ! command -v gnustep-config >/dev/null; then
+  echo "not type-checked: GNUstep is not found"
+  exit 0
+fi
+# Swift reads the library's own headers over the stand-ins, and types are checked. What needs a text as
+# a String, or a list as an Array, is only parsed: that takes Swift on Apple's platforms.
+mapfile -t checked < <(printf '%s\n' "${examples[@]}" | grep -v /App/)
+flags=(-I tests/apple/standins -I apple/include)
+for flag in $(gnustep-config --objc-flags); do
+  case $flag in
+    -DGSWARN | -DGSDIAGNOSE) ;;
+    -I/*) flags+=(-Xcc -isystem -Xcc "${flag#-I}") ;;
+    -D* | -fconstant-string-class=* | -fobjc-exceptions) flags+=(-Xcc "$flag") ;;
+  esac
+done
+for flag in -fblocks -Itests/apple/standins -idirafter "$(gcc -print-file-name=include)"; do
+  flags+=(-Xcc "$flag")
+done
+# typed FILE...: the errors and warnings of the type-checker in these files.
+typed() {
+  swiftc -frontend -typecheck -enable-objc-interop -module-cache-path "$work/modules" \
+    "${flags[@]}" "$@" 2>&1
+}
+if ! typed "${checked[@]}" tests/apple/swift/Names.swift >"$work/answer" ||
+  grep -qE '\.swift:[0-9]+:[0-9]+: warning' "$work/answer"; then
+  cat "$work/answer" >&2
+  exit 1
+fi

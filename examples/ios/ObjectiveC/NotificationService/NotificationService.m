@@ -11,7 +11,8 @@
                       if ([content isKindOfClass:[UNMutableNotificationContent class]]) {
                         // The app's own changes. They may be made twice: when time expires, and
                         // when the last download has finished after that.
-                        ((UNMutableNotificationContent*)content).threadIdentifier = @"offers";
+                        UNMutableNotificationContent* own = (UNMutableNotificationContent*)content;
+                        own.threadIdentifier = own.categoryIdentifier;
                       }
                       contentHandler(content);
                     }];

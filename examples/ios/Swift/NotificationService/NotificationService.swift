@@ -13,7 +13,7 @@ class NotificationService: MVLNotificationServiceExtension {
       if let own = content as? UNMutableNotificationContent {
         // The app's own changes. They may be made twice: when time expires, and when the last
         // download has finished after that.
-        own.threadIdentifier = "offers"
+        own.threadIdentifier = own.categoryIdentifier
       }
       contentHandler(content)
     }

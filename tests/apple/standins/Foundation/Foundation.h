@@ -8,6 +8,18 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#define NS_SWIFT_NAME(name) __attribute__((swift_name(#name)))
+
+// What Swift reads in Apple's headers but not in GNUstep's and the runtime's.
+#ifdef __swift__
+#include <stdbool.h>
+#define BOOL bool
+#undef NS_ENUM
+#define NS_ENUM(Type, name) \
+  enum name : Type name;    \
+  enum __attribute__((enum_extensibility(open))) name : Type
+#endif
+
 NS_ASSUME_NONNULL_BEGIN
 
 static inline CFTypeRef _Nullable CFBridgingRetain(id _Nullable object) {

@@ -27,13 +27,15 @@ STANDIN_EXPORT NSString* const UNNotificationAttachmentOptionsTypeHintKey;
 
 // A text that was not set is empty, as is the payload or the list of attachments.
 @interface UNNotificationContent : StandinRecord <NSMutableCopying>
-@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body, *threadIdentifier;
+@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body, *threadIdentifier,
+    *categoryIdentifier;
 @property(nonatomic, readonly, copy) NSDictionary* userInfo;
 @property(nonatomic, readonly, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
 
 @interface UNMutableNotificationContent : UNNotificationContent
-@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body, *threadIdentifier;
+@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body, *threadIdentifier,
+    *categoryIdentifier;
 @property(nonatomic, readwrite, copy) NSDictionary* userInfo;
 @property(nonatomic, readwrite, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
