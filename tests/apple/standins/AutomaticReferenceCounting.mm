@@ -138,6 +138,12 @@ int __gnustep_objcxx_personality_v0(int version, int actions, unsigned long thro
   return __gxx_personality_v0(version, actions, thrower, exception, context);
 }
 
+// In C nothing is caught, but what a function owns is released.
+int __gnustep_objc_personality_v0(int version, int actions, unsigned long thrower, void* exception,
+                                  void* context) {
+  return __gxx_personality_v0(version, actions, thrower, exception, context);
+}
+
 // Goes before the runtime's own, which it calls.
 void __objc_exec_class(void* loaded) {
   static const auto next =

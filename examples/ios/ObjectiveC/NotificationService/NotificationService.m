@@ -18,4 +18,9 @@
                     }];
 }
 
+// The handler above is called with what there is. An app whose own work takes time ends it here.
+- (void)serviceExtensionTimeWillExpire {
+  [super serviceExtensionTimeWillExpire];
+}
+
 @end

@@ -18,4 +18,9 @@ class NotificationService: MVLNotificationServiceExtension {
       contentHandler(content)
     }
   }
+
+  // The handler above is called with what there is. An app whose own work takes time ends it here.
+  override func serviceExtensionTimeWillExpire() {
+    super.serviceExtensionTimeWillExpire()
+  }
 }

@@ -56,6 +56,34 @@ STANDIN_EXPORT NSString* const UNNotificationAttachmentOptionsTypeHintKey;
 @property(nonatomic, readonly, copy) NSString* actionIdentifier;
 @end
 
+// What an app registers. Nothing but the compiler asks for these.
+typedef NS_OPTIONS(NSUInteger, UNNotificationActionOptions) {
+  UNNotificationActionOptionNone = 0,
+  UNNotificationActionOptionForeground = 4,
+};
+
+@interface UNNotificationAction : NSObject
++ (instancetype)actionWithIdentifier:(NSString*)identifier
+                               title:(NSString*)title
+                             options:(UNNotificationActionOptions)options;
+@end
+
+typedef NS_OPTIONS(NSUInteger, UNNotificationCategoryOptions) {
+  UNNotificationCategoryOptionNone = 0,
+};
+
+@interface UNNotificationCategory : NSObject
++ (instancetype)categoryWithIdentifier:(NSString*)identifier
+                               actions:(NSArray<UNNotificationAction*>*)actions
+                     intentIdentifiers:(NSArray<NSString*>*)intentIdentifiers
+                               options:(UNNotificationCategoryOptions)options;
+@end
+
+@interface UNUserNotificationCenter : NSObject
++ (UNUserNotificationCenter*)currentNotificationCenter;
+- (void)setNotificationCategories:(NSSet<UNNotificationCategory*>*)categories;
+@end
+
 @interface UNNotificationServiceExtension : NSObject
 - (void)didReceiveNotificationRequest:(UNNotificationRequest*)request
                    withContentHandler:(void (^)(UNNotificationContent* contentToDeliver))handler;
