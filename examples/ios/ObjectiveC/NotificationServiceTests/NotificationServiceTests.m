@@ -1,4 +1,5 @@
-// How an app tests its own extension without a push: a request goes in, a content comes out.
+// How an app tests its own extension without a push: a request goes in, a content comes out. The
+// test target has NotificationService.m among its sources, and links MorveluneExtension.
 #import <XCTest/XCTest.h>
 
 #import "../NotificationService/NotificationService.h"
