@@ -11,18 +11,18 @@ using namespace morvelune::apple;
   return toNative(morvelune::MVLCommonHelpers::countryCode());
 }
 
-+ (void)postNotificationOnMainThread:(NSString*)name
++ (void)postNotificationOnMainThread:(NSNotificationName)name
                               object:(id)object
                             userInfo:(NSDictionary*)userInfo {
   morvelune::MVLCommonHelpers::postNotificationOnMainThread(
       optionalFromNative(name), retained(object), optionalFromNative(userInfo));
 }
 
-+ (void)postNotificationOnMainThread:(NSString*)name userInfo:(NSDictionary*)userInfo {
++ (void)postNotificationOnMainThread:(NSNotificationName)name userInfo:(NSDictionary*)userInfo {
   [self postNotificationOnMainThread:name object:nil userInfo:userInfo];
 }
 
-+ (void)postNotificationOnMainThread:(NSString*)name {
++ (void)postNotificationOnMainThread:(NSNotificationName)name {
   [self postNotificationOnMainThread:name object:nil userInfo:nil];
 }
 

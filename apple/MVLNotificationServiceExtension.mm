@@ -37,7 +37,8 @@ class Core : public morvelune::MVLNotificationServiceExtension {
     return {retained(owner_), this};
   }
 
-  ::MVLNotificationServiceExtension* const owner_;  // not retained, for it owns this
+  // Not retained, for it owns this.
+  __unsafe_unretained ::MVLNotificationServiceExtension* const owner_;
 };
 
 }  // namespace
@@ -57,7 +58,9 @@ struct MVLNotificationServiceExtensionCore {
 
 - (void)dealloc {
   delete _core;
+#if !__has_feature(objc_arc)
   [super dealloc];
+#endif
 }
 
 - (UNNotificationContent*)mvlBestAttemptContent {
@@ -101,7 +104,7 @@ struct MVLNotificationServiceExtensionCore {
        _core->extension->attachmentsTasksForNotification(fromNative(notification))) {
     if (NSURLSessionTask* task = toNative(each.get())) [tasks addObject:task];
   }
-  return [[tasks copy] autorelease];
+  return autoreleased([tasks copy]);
 }
 
 - (NSURLSessionDownloadTask*)downloadTaskForAttachment:(NSDictionary*)attachment {
@@ -115,8 +118,8 @@ struct MVLNotificationServiceExtensionCore {
 }
 
 - (NSDictionary*)UTIMap {
-  static NSDictionary* const map = [toNative(_core->extension->UTIMap()) retain];
-  return map;
+  static const auto& map = *new morvelune::Origin(retained(toNative(_core->extension->UTIMap())));
+  return objectOf(map);
 }
 
 - (NSString*)UTIForData:(NSData*)data {
@@ -129,8 +132,9 @@ struct MVLNotificationServiceExtensionCore {
 }
 
 - (NSDictionary*)knownExtensionsMap {
-  static NSDictionary* const map = [toNative(_core->extension->knownExtensionsMap()) retain];
-  return map;
+  static const auto& map =
+      *new morvelune::Origin(retained(toNative(_core->extension->knownExtensionsMap())));
+  return objectOf(map);
 }
 
 - (void (^)(UNNotificationContent*))internalContentHandler {

@@ -1,4 +1,9 @@
-# Finds GNUstep's Foundation for clang and the GCC runtime, as the target GNUstep.
+# Finds GNUstep's Foundation for clang and the GCC runtime, as the target GNUstep. Sources link one of
+# these, which bring it:
+#
+#   GNUstep::Manual  without automatic reference counting
+#   GNUstep::ARC     with it; the code is for a newer runtime and needs its entry points
+#   GNUstep::IOS     as the package managers compile for an extension on iOS; the code cannot be linked
 include(FindPackageHandleStandardArgs)
 find_program(GNUSTEP_CONFIG gnustep-config)
 find_package_handle_standard_args(GNUstep REQUIRED_VARS GNUSTEP_CONFIG)
@@ -20,10 +25,20 @@ list(TRANSFORM gnustep_includes REPLACE "^-I" "")
 
 add_library(GNUstep INTERFACE)
 target_compile_options(
-  GNUstep INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-runtime=gcc;-fblocks;-fno-objc-arc>
+  GNUstep INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fblocks>
                     $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${gnustep_flags}>)
 target_include_directories(GNUstep SYSTEM INTERFACE ${gnustep_includes})
 # After clang's own headers, whose namesakes are there too.
 target_compile_options(GNUstep INTERFACE "SHELL:-idirafter ${gcc_include}")
 # The blocks runtime first: GNUstep carries another, which leaves blocks on the stack.
 target_link_libraries(GNUstep INTERFACE BlocksRuntime gnustep-base ${objc_library} Threads::Threads)
+
+function(gnustep_mode name)
+  add_library(GNUstep_${name} INTERFACE)
+  add_library(GNUstep::${name} ALIAS GNUstep_${name})
+  target_compile_options(GNUstep_${name} INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${ARGN}>)
+  target_link_libraries(GNUstep_${name} INTERFACE GNUstep)
+endfunction()
+gnustep_mode(Manual -fobjc-runtime=gcc -fno-objc-arc)
+gnustep_mode(ARC -fobjc-runtime=gnustep-1.8 -fobjc-legacy-dispatch -fobjc-arc)
+gnustep_mode(IOS -fobjc-runtime=ios-13.0 -fobjc-arc -fapplication-extension)

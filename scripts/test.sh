@@ -47,9 +47,16 @@ quietly tidy
 step "a newer clang"
 build clang-19
 
-step "the Objective-C face on GNUstep, with sanitizers"
+step "the Objective-C face on GNUstep, with and without reference counting, with sanitizers"
 build apple
 ctest --preset apple -j 2
+
+step "the packages for iOS, and Swift's view of the examples"
+if command -v swift >/dev/null; then
+  scripts/test-swift.sh
+else
+  echo "not run: Swift is not found"
+fi
 
 step "release, with the bounds of time and memory"
 build release

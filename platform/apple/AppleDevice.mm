@@ -9,8 +9,8 @@ class AppleScreen : public Screen {
   explicit AppleScreen(UIScreen* screen) : screen_(retained(screen)) {}
 
   [[nodiscard]] Size bounds() const override {
-    const CGRect bounds = native().bounds;
-    return {CGRectGetWidth(bounds), CGRectGetHeight(bounds)};
+    const CGSize size = native().bounds.size;
+    return {size.width, size.height};
   }
 
   [[nodiscard]] std::optional<Point> fixedOriginInCurrentSpace() const override {

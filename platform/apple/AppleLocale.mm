@@ -22,8 +22,7 @@ class AppleLocale : public Locale {
   [[nodiscard]] std::optional<std::string> currencyName(
       std::string_view localeIdentifier, std::string_view currencyCode) const override {
     NSString* code = toNative(currencyCode);
-    NSLocale* locale =
-        [[[NSLocale alloc] initWithLocaleIdentifier:toNative(localeIdentifier)] autorelease];
+    NSLocale* locale = [NSLocale localeWithLocaleIdentifier:toNative(localeIdentifier)];
     NSString* name = [locale displayNameForKey:NSLocaleCurrencyCode value:code];
     // To the platform the name of an unknown code is none, an empty one or the code itself.
     if (name.length == 0 || [name isEqualToString:code]) return std::nullopt;

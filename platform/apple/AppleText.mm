@@ -44,10 +44,10 @@ class AppleText : public Text {
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"  // called before iOS 9 only
     const CFStringRef escaped = CFURLCreateStringByAddingPercentEscapes(
-        kCFAllocatorDefault, (CFStringRef)toNative(text), nullptr,
-        (CFStringRef) @"!*'();:@&=+$,/?%#[]", kCFStringEncodingUTF8);
+        kCFAllocatorDefault, (__bridge CFStringRef)toNative(text), nullptr,
+        (__bridge CFStringRef) @"!*'();:@&=+$,/?%#[]", kCFStringEncodingUTF8);
 #pragma clang diagnostic pop
-    return fromNative(static_cast<NSString*>([(NSString*)escaped autorelease]));
+    return fromNative(static_cast<NSString*>(CFBridgingRelease(escaped)));
   }
 
   [[nodiscard]] std::optional<std::string> removingPercentEncoding(

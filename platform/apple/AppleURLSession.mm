@@ -11,8 +11,8 @@ class AppleURLSessionTask : public URLSessionTask {
   explicit AppleURLSessionTask(NSURLSessionTask* task) : task_(retained(task)) {}
 
   // The platform starts a task once only, and keeps it until its completion has returned.
-  void resume() override { [native() resume]; }
-  [[nodiscard]] NSURLSessionTask* native() const { return objectOf(task_); }
+  void resume() override { [static_cast<NSURLSessionTask*>(objectOf(task_)) resume]; }
+  [[nodiscard]] const Origin& native() const { return task_; }
 
  private:
   const Origin task_;
@@ -70,7 +70,7 @@ class AppleURLSession : public URLSession {
 
 NSURLSessionTask* toNative(const URLSessionTask* task) {
   const auto* made = dynamic_cast<const AppleURLSessionTask*>(task);
-  return made ? [[made->native() retain] autorelease] : nil;
+  return made != nullptr ? autoreleased(made->native()) : nil;
 }
 
 std::shared_ptr<URLSession> makeURLSession() {

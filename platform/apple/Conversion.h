@@ -20,16 +20,12 @@
 #include "morvelune/platform/UNNotificationServiceExtension.h"
 #include "morvelune/platform/URLSession.h"
 #include "morvelune/platform/Value.h"
+#import "platform/apple/Ownership.h"
 
 namespace morvelune::apple {
 
 // The content handler as the platform hands it over.
 using HandlerBlock = void (^)(::UNNotificationContent*);
-
-// Keeps `object` retained; null for nil.
-[[nodiscard]] Origin retained(id object);
-// The object that is kept; nil for null.
-[[nodiscard]] id objectOf(const Origin& origin);
 
 // UTF-8. A leading U+FEFF is kept. What no UTF-8 can express (half a surrogate pair) is dropped or
 // replaced, as the platform does it; bytes that are no UTF-8 are read as ISO 8859-1.

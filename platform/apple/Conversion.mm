@@ -1,42 +1,17 @@
 #import "platform/apple/Conversion.h"
 
-#include <Block.h>
-
 #include <cstring>
 #include <utility>
 #include <vector>
 
 #include "platform/apple/NativeContent.h"
 
-// Holds a copy of a block. Unlike a block, which is no object on the GCC runtime, it can be
-// autoreleased.
-@interface MVLBlockHolder : NSObject {
- @private
-  const void* _block;
-}
-- (instancetype)initWithBlock:(const void*)block;
-@end
-
-@implementation MVLBlockHolder
-
-- (instancetype)initWithBlock:(const void*)block {
-  if ((self = [super init])) _block = Block_copy(block);
-  return self;
-}
-
-- (void)dealloc {
-  Block_release(_block);
-  [super dealloc];
-}
-
-@end
-
 namespace morvelune::apple {
 namespace {
 
 // The containers that a value stands in, innermost first.
 struct Nesting {
-  id container;
+  __unsafe_unretained id container;
   const Nesting* outer;
 };
 
@@ -112,7 +87,7 @@ Value containerFromNative(id object, const Nesting* outer) {
 NSArray* arrayFromValues(const Array& array) {
   NSMutableArray* objects = [NSMutableArray arrayWithCapacity:array.size()];
   for (const Value& value : array) [objects addObject:objectFromValue(value)];
-  return [[objects copy] autorelease];
+  return autoreleased([objects copy]);
 }
 
 NSNumber* numberOf(std::int64_t number) {
@@ -133,26 +108,16 @@ UNNotificationContent::Fields fieldsOf(::UNNotificationContent* content) {
 
 // The content handler that calls a block of the platform's.
 struct BlockHandler {
-  std::shared_ptr<const void> block;
+  Origin block;
 
-  [[nodiscard]] HandlerBlock get() const { return (HandlerBlock) const_cast<void*>(block.get()); }
   void operator()(const std::shared_ptr<const UNNotificationContent>& content) const {
     @autoreleasepool {
-      get()(toNative(content.get()));
+      static_cast<HandlerBlock>(objectOf(block))(toNative(content.get()));
     }
   }
 };
 
 }  // namespace
-
-Origin retained(id object) {
-  if (object == nil) return nullptr;
-  return {[object retain], [](void* kept) { [static_cast<id>(kept) release]; }};
-}
-
-id objectOf(const Origin& origin) {
-  return static_cast<id>(const_cast<void*>(origin.get()));
-}
 
 std::string fromNative(NSString* text) {
   NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
@@ -165,9 +130,10 @@ NSString* toNative(std::string_view text) {
     // The platform's reader would drop it; behind another character it stays.
     return [toNative("." + std::string(text)) substringFromIndex:1];
   }
-  const auto read = [text](NSStringEncoding encoding) {
-    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                   encoding:encoding] autorelease];
+  const auto read = [text](NSStringEncoding encoding) -> NSString* {
+    return autoreleased([[NSString alloc] initWithBytes:text.data()
+                                                 length:text.size()
+                                               encoding:encoding]);
   };
   NSString* string = read(NSUTF8StringEncoding);
   return string != nil ? string : read(NSISOLatin1StringEncoding);
@@ -178,7 +144,7 @@ Value valueFromNative(id object) {
 }
 
 id objectFromValue(const Value& value) {
-  if (const Origin origin = value.origin()) return [[objectOf(origin) retain] autorelease];
+  if (const Origin origin = value.origin()) return autoreleased(origin);
   switch (value.type()) {
     case Value::Type::boolean:
       return [NSNumber numberWithBool:*value.boolean()];
@@ -206,12 +172,12 @@ Dictionary fromNative(NSDictionary* dictionary) {
 }
 
 NSDictionary* toNative(const Dictionary& dictionary) {
-  if (const Origin origin = dictionary.origin()) return [[objectOf(origin) retain] autorelease];
+  if (const Origin origin = dictionary.origin()) return autoreleased(origin);
   NSMutableDictionary* objects = [NSMutableDictionary dictionaryWithCapacity:dictionary.size()];
   for (const auto& [key, value] : dictionary) {
     [objects setObject:objectFromValue(value) forKey:toNative(key)];
   }
-  return [[objects copy] autorelease];
+  return autoreleased([objects copy]);
 }
 
 Data fromNative(NSData* data) {
@@ -268,7 +234,7 @@ std::shared_ptr<UNMutableNotificationContent> fromNative(::UNMutableNotification
 }
 
 ::UNNotificationContent* toNative(const UNNotificationContent* content) {
-  return content ? [[objectOf(content->origin()) retain] autorelease] : nil;
+  return content ? autoreleased(content->origin()) : nil;
 }
 
 std::shared_ptr<const UNNotificationAttachment> fromNative(::UNNotificationAttachment* attachment) {
@@ -290,7 +256,7 @@ NSArray<::UNNotificationAttachment*>* toNative(
   for (const auto& each : attachments) {
     if (each->origin()) [objects addObject:objectOf(each->origin())];
   }
-  return [[objects copy] autorelease];
+  return autoreleased([objects copy]);
 }
 
 UNNotificationRequest fromNative(::UNNotificationRequest* request) {
@@ -323,15 +289,12 @@ AnyNotification notificationFromNative(id object) {
 
 UNNotificationServiceExtension::ContentHandler fromNative(HandlerBlock handler) {
   if (handler == nil) return nullptr;
-  return BlockHandler{
-      {(const void*)Block_copy(handler), [](const void* kept) { Block_release(kept); }}};
+  return BlockHandler{retained(autoreleased([handler copy]))};
 }
 
 HandlerBlock toNative(const UNNotificationServiceExtension::ContentHandler& handler) {
   const auto* block = handler.target<BlockHandler>();
-  if (block == nullptr) return nil;
-  [[[MVLBlockHolder alloc] initWithBlock:block->block.get()] autorelease];
-  return block->get();
+  return block != nullptr ? autoreleased(block->block) : nil;
 }
 
 }  // namespace morvelune::apple

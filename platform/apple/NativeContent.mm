@@ -7,11 +7,11 @@ namespace {
 
 std::shared_ptr<UNMutableNotificationContent> mutableCopyOf(const Origin& origin) {
   return fromNative(
-      static_cast<::UNMutableNotificationContent*>([[objectOf(origin) mutableCopy] autorelease]));
+      static_cast<::UNMutableNotificationContent*>(autoreleased([objectOf(origin) mutableCopy])));
 }
 
 std::shared_ptr<const UNNotificationContent> copyOf(const Origin& origin) {
-  return fromNative(static_cast<::UNNotificationContent*>([[objectOf(origin) copy] autorelease]));
+  return fromNative(static_cast<::UNNotificationContent*>(autoreleased([objectOf(origin) copy])));
 }
 
 }  // namespace

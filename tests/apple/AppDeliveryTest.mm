@@ -12,6 +12,7 @@ namespace {
 
 using namespace morvelune::testing;
 
+using morvelune::apple::autoreleased;
 using nlohmann::json;
 
 constexpr char vendor[] = "5D0B6B52-6C6B-4E0B-9A5E-2F6D0C1A7B3E";
@@ -56,12 +57,12 @@ TEST(AppDeliveryTest, AnAppFindsWhatTheToolShows) {
                                    payload.dump());
   ASSERT_EQ(tool.status, 0) << tool.err;
 
-  StandinSetIdentifierForVendor([[[NSUUID alloc] initWithUUIDString:native(vendor)] autorelease]);
-  StandinSetMainScreen([[[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
-                                             fixedOrigin:CGPoint{}] autorelease]);
+  StandinSetIdentifierForVendor(autoreleased([[NSUUID alloc] initWithUUIDString:native(vendor)]));
+  StandinSetMainScreen(autoreleased([[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
+                                                         fixedOrigin:CGPoint{}]));
   Delivered delivered;
   MVLNotificationServiceExtension* extension =
-      [[[MVLNotificationServiceExtension alloc] init] autorelease];
+      autoreleased([[MVLNotificationServiceExtension alloc] init]);
   [extension didReceiveNotificationRequest:requestOf(object(payload))
                         withContentHandler:delivered.handler()];
   UNNotificationContent* shown = delivered.wait(1);

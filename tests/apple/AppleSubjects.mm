@@ -11,13 +11,14 @@ namespace {
 // The locale is the process's own.
 DeviceAndLocale device(const DeviceState& state) {
   NSString* vendor = apple::toNative(state.vendor);
-  StandinSetIdentifierForVendor(vendor ? [[[NSUUID alloc] initWithUUIDString:vendor] autorelease]
-                                       : nil);
+  StandinSetIdentifierForVendor(
+      vendor ? apple::autoreleased([[NSUUID alloc] initWithUUIDString:vendor]) : nil);
   const CGRect bounds =
       NSMakeRect(0, 0, state.screen.value_or(Size{}).width, state.screen.value_or(Size{}).height);
-  StandinSetMainScreen(state.screen ? [[[UIScreen alloc] initWithBounds:bounds
-                                                            fixedOrigin:CGPoint{}] autorelease]
-                                    : nil);
+  StandinSetMainScreen(state.screen
+                           ? apple::autoreleased([[UIScreen alloc] initWithBounds:bounds
+                                                                      fixedOrigin:CGPoint{}])
+                           : nil);
   return {apple::makeDevice(), apple::makeLocale()};
 }
 

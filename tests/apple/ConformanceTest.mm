@@ -15,10 +15,11 @@ namespace {
 
 using namespace morvelune::testing;
 
+using morvelune::apple::autoreleased;
 using nlohmann::json;
 
 UNNotificationRequest* request(const json& given) {
-  UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
+  UNMutableNotificationContent* content = autoreleased([[UNMutableNotificationContent alloc] init]);
   if (given.contains("title")) content.title = native(given["title"]);
   if (given.contains("subtitle")) content.subtitle = native(given["subtitle"]);
   if (given.contains("body")) content.body = native(given["body"]);
@@ -27,7 +28,7 @@ UNNotificationRequest* request(const json& given) {
 }
 
 UNNotification* notification(const json& given) {
-  return [[[UNNotification alloc] initWithRequest:request(given)] autorelease];
+  return autoreleased([[UNNotification alloc] initWithRequest:request(given)]);
 }
 
 id argument(const json& given) {
@@ -36,9 +37,9 @@ id argument(const json& given) {
   if (given.contains("$notification")) return notification(given["$notification"]);
   if (!given.contains("$response")) return object(given);
   const json& response = given["$response"];
-  return [[[UNNotificationResponse alloc] initWithNotification:notification(response)
-                                              actionIdentifier:native(response["actionIdentifier"])]
-      autorelease];
+  return autoreleased([[UNNotificationResponse alloc]
+      initWithNotification:notification(response)
+          actionIdentifier:native(response["actionIdentifier"])]);
 }
 
 // The receiver of a selector: the text that the case names, else the class that has such a method,
@@ -51,7 +52,7 @@ id targetOf(SEL selector, const json& receiver) {
        ]) {
     if ([each respondsToSelector:selector]) return each;
   }
-  return [[[MVLNotificationServiceExtension alloc] init] autorelease];
+  return autoreleased([[MVLNotificationServiceExtension alloc] init]);
 }
 
 void setArgument(NSInvocation* call, NSInteger index, id value) {
@@ -64,11 +65,14 @@ void setArgument(NSInvocation* call, NSInteger index, id value) {
 }
 
 // What a call returned; `returned` is the object, when it was one.
-json resultOf(NSInvocation* call, id& returned) {
+json resultOf(NSInvocation* call, __strong id& returned) {
   switch ([[call methodSignature] methodReturnType][0]) {
-    case '@':
-      [call getReturnValue:&returned];
+    case '@': {
+      __unsafe_unretained id object = nil;
+      [call getReturnValue:&object];
+      returned = object;
       return jsonOf(returned);
+    }
     case '{': {
       ::NSRange range{};
       [call getReturnValue:&range];
@@ -85,7 +89,7 @@ json resultOf(NSInvocation* call, id& returned) {
   }
 }
 
-json invoke(const ConformanceCase& each, const std::vector<id>& arguments, id& returned) {
+json invoke(const ConformanceCase& each, const std::vector<id>& arguments, __strong id& returned) {
   if (each.operation == "UNNotificationToDictionary") {
     return jsonOf(::UNNotificationToDictionary(arguments.at(0)));
   }

@@ -5,11 +5,10 @@
 //   EXPECT_EQ(delivered.wait(1), content);
 #pragma once
 
-#include <Block.h>
-
 #include <mutex>
 #include <vector>
 
+#import "platform/apple/Conversion.h"
 #include "support/Eventually.h"
 
 #import <MorveluneExtension/MorveluneExtension.h>
@@ -20,18 +19,16 @@ class Delivered {
   Delivered() = default;
   Delivered(const Delivered&) = delete;
   Delivered& operator=(const Delivered&) = delete;
-  ~Delivered() {
-    Block_release(handler_);
-    for (UNNotificationContent* each : contents_) [each release];
-  }
 
-  [[nodiscard]] auto handler() const { return handler_; }
+  [[nodiscard]] morvelune::apple::HandlerBlock handler() const {
+    return morvelune::apple::objectOf(handler_);
+  }
 
   // What the handler got at its call `number`, from 1; nil when there is none for ten seconds.
   UNNotificationContent* wait(std::size_t number) {
     if (!morvelune::testing::eventually([&] { return calls() >= number; })) return nil;
     const std::lock_guard lock(mutex_);
-    return contents_[number - 1];
+    return morvelune::apple::objectOf(contents_[number - 1]);
   }
   std::size_t calls() {
     const std::lock_guard lock(mutex_);
@@ -40,15 +37,16 @@ class Delivered {
 
  private:
   std::mutex mutex_;
-  std::vector<UNNotificationContent*> contents_;
-  void (^const handler_)(UNNotificationContent*) = Block_copy(^(UNNotificationContent* content) {
+  std::vector<morvelune::Origin> contents_;
+  const morvelune::Origin handler_ = morvelune::apple::retained(^(UNNotificationContent* content) {
     const std::lock_guard lock(mutex_);
-    contents_.push_back([content retain]);
+    contents_.push_back(morvelune::apple::retained(content));
   });
 };
 
 inline UNNotificationRequest* requestOf(NSDictionary* userInfo) {
-  UNMutableNotificationContent* content = [[[UNMutableNotificationContent alloc] init] autorelease];
+  UNMutableNotificationContent* content =
+      morvelune::apple::autoreleased([[UNMutableNotificationContent alloc] init]);
   content.title = @"Été 😀";
   content.threadIdentifier = @"shop";
   content.userInfo = userInfo;

@@ -13,9 +13,12 @@
 #include "support/Media.h"
 #include "support/TemporaryDirectory.h"
 
+#import <GNUstepBase/GNUstep.h>
 #import <MorveluneExtension/MVLNotificationServiceExtensionSubclass.h>
 
 using namespace morvelune::testing;
+
+using morvelune::apple::autoreleased;
 
 static std::atomic<int> livingObjects = 0;
 static std::atomic<int> livingExtensions = 0;
@@ -31,7 +34,7 @@ static std::atomic<int> livingExtensions = 0;
 }
 - (void)dealloc {
   --livingObjects;
-  [super dealloc];
+  DEALLOC
 }
 @end
 
@@ -46,14 +49,14 @@ static std::atomic<int> livingExtensions = 0;
 }
 - (void)dealloc {
   --livingExtensions;
-  [super dealloc];
+  DEALLOC
 }
 @end
 
 namespace {
 
 id counted() {
-  return [[[Counted alloc] init] autorelease];
+  return autoreleased([[Counted alloc] init]);
 }
 
 class AppleFaceTest : public ::testing::Test {
@@ -81,7 +84,7 @@ class AppleFaceTest : public ::testing::Test {
   void receiveAndRelease(const std::vector<std::string>& addresses) {
     @autoreleasepool {
       receive(payload(addresses));
-      [std::exchange(extension, nil) release];
+      DESTROY(extension);
     }
   }
   // Makes one more request, and waits for its answer.
@@ -92,7 +95,7 @@ class AppleFaceTest : public ::testing::Test {
     task->resume();
     EXPECT_TRUE(eventually([&] { return answered.load(); }));
   }
-  void TearDown() override { [extension release]; }
+  void TearDown() override { DESTROY(extension); }
 
   LoopbackOrigin origin;
   Delivered delivered;
@@ -176,7 +179,7 @@ TEST_F(AppleFaceTest, EverythingIsReleasedWithTheExtension) {
   EXPECT_GT(livingObjects, 0) << "the payload is the best attempt content's";
   EXPECT_GT(held.use_count(), 1);
   @autoreleasepool {
-    [std::exchange(extension, nil) release];
+    DESTROY(extension);
   }
   EXPECT_TRUE(eventually([&] { return held.use_count() == 1 && livingObjects == 0; }));
 }
@@ -252,7 +255,7 @@ TEST_F(AppleFaceTest, TheStepsSpeakObjectiveC) {
   EXPECT_EQ(downloads.count, 2U);
   EXPECT_TRUE([downloads.lastObject isKindOfClass:[NSURLSessionDownloadTask class]]);
   EXPECT_EQ(extension.internalOperationsCount, 3U);
-  extension.internalBestAttemptContent = [[requestOf(userInfo).content mutableCopy] autorelease];
+  extension.internalBestAttemptContent = autoreleased([requestOf(userInfo).content mutableCopy]);
   extension.internalContentHandler = delivered.handler();
   extension.internalOperationsCount = 1;
   [tracking resume];  // by its owner, past the library
@@ -283,7 +286,7 @@ TEST_F(AppleFaceTest, StagesFilesUnderTheirOwnNames) {
 
 TEST_F(AppleFaceTest, EveryExtensionHasTheSameMaps) {
   EXPECT_EQ([extension UTIMap],
-            [[[[MVLNotificationServiceExtension alloc] init] autorelease] UTIMap]);
+            [autoreleased([[MVLNotificationServiceExtension alloc] init]) UTIMap]);
   EXPECT_EQ([extension knownExtensionsMap], [extension knownExtensionsMap]);
 }
 
@@ -315,19 +318,18 @@ TEST_F(AppleFaceTest, BothFacesExportTheSameStrings) {
 
 @implementation Listener
 - (void)received:(NSNotification*)notification {
-  [last release];
-  last = [notification retain];
+  ASSIGN(last, notification);
 }
 - (void)dealloc {
-  [last release];
-  [super dealloc];
+  DESTROY(last);
+  DEALLOC
 }
 @end
 
 namespace {
 
 TEST(ApplePostTest, ObserversGetTheSameObjectsFromTheMainQueue) {
-  Listener* listener = [[[Listener alloc] init] autorelease];
+  Listener* listener = autoreleased([[Listener alloc] init]);
   NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
   [center addObserver:listener selector:@selector(received:) name:@"tapped" object:nil];
   NSDictionary* userInfo = @{@"bid" : @"b1"};
@@ -350,8 +352,8 @@ TEST(ApplePostTest, ObserversGetTheSameObjectsFromTheMainQueue) {
 }
 
 TEST(AppleDeviceTest, ReadsAScreenThatIsTurned) {
-  UIScreen* screen = [[[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
-                                           fixedOrigin:{0, 375}] autorelease];
+  UIScreen* screen = autoreleased([[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
+                                                       fixedOrigin:{0, 375}]);
   EXPECT_EQ([screen mvl_currentOrientation], 3);
 }
 

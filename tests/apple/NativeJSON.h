@@ -1,6 +1,7 @@
 // JSON as the platform's objects, and back.
 #pragma once
 
+#import "platform/apple/Ownership.h"
 #include "support/Conformance.h"
 
 #import <Foundation/Foundation.h>
@@ -10,9 +11,9 @@ namespace morvelune::testing {
 // Read behind a letter, because a reader may drop a leading U+FEFF.
 inline NSString* native(const std::string& text) {
   const std::string guarded = "." + text;
-  NSString* string = [[[NSString alloc] initWithBytes:guarded.data()
-                                               length:guarded.size()
-                                             encoding:NSUTF8StringEncoding] autorelease];
+  NSString* string = apple::autoreleased([[NSString alloc] initWithBytes:guarded.data()
+                                                                  length:guarded.size()
+                                                                encoding:NSUTF8StringEncoding]);
   return [string substringFromIndex:1];
 }
 

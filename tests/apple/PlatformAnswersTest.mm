@@ -80,7 +80,7 @@ TEST(PlatformsParserTest, DecidesWhatAnAddressIs) {
 }
 
 TEST(PlatformsParserTest, AnAddressThatItAcceptsIsKept) {
-  NSURL* odd = [[[OddURL alloc] initWithString:@"http://h/"] autorelease];
+  NSURL* odd = morvelune::apple::autoreleased([[OddURL alloc] initWithString:@"http://h/"]);
   const auto url = morvelune::apple::fromNative(odd);
   ASSERT_TRUE(url.has_value());
   EXPECT_EQ(url->absoluteString(), "http://h/{é b}%zz");
@@ -102,7 +102,7 @@ TEST(PlatformsParserTest, WhatItEncodesIsFetched) {
   const Replaced replaced(parser(), encodeAndParse);
   Delivered delivered;
   MVLNotificationServiceExtension* extension =
-      [[[MVLNotificationServiceExtension alloc] init] autorelease];
+      morvelune::apple::autoreleased([[MVLNotificationServiceExtension alloc] init]);
   [extension didReceiveNotificationRequest:requestOf(userInfo)
                         withContentHandler:delivered.handler()];
   EXPECT_EQ(delivered.wait(1).attachments.count, 1U);

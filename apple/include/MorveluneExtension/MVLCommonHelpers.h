@@ -13,14 +13,17 @@ NS_ASSUME_NONNULL_BEGIN
 /// on the main thread returns before the post. Posts of one thread arrive in its order. The object
 /// and the dictionary are retained until then and reach observers as the same objects; absent ones
 /// as nil. Without a name nothing is posted.
-+ (void)postNotificationOnMainThread:(nullable NSString*)name
++ (void)postNotificationOnMainThread:(nullable NSNotificationName)name
                               object:(nullable id)object
-                            userInfo:(nullable NSDictionary*)userInfo;
+                            userInfo:(nullable NSDictionary*)userInfo
+    NS_SWIFT_NAME(postOnMainThread(name:object:userInfo:));
 /// The same without an object.
-+ (void)postNotificationOnMainThread:(nullable NSString*)name
-                            userInfo:(nullable NSDictionary*)userInfo;
++ (void)postNotificationOnMainThread:(nullable NSNotificationName)name
+                            userInfo:(nullable NSDictionary*)userInfo
+    NS_SWIFT_NAME(postOnMainThread(name:userInfo:));
 /// The same without an object and a dictionary.
-+ (void)postNotificationOnMainThread:(nullable NSString*)name;
++ (void)postNotificationOnMainThread:(nullable NSNotificationName)name
+    NS_SWIFT_NAME(postOnMainThread(name:));
 
 @end
 

@@ -16,8 +16,17 @@ NS_ASSUME_NONNULL_BEGIN
 
 struct MVLNotificationServiceExtensionCore;
 
-/// It handles one request at a time: the next may follow once the handler has been called. A
-/// request, expiry and reads of the best attempt may come on different threads while completions
+/// It overrides both methods of the platform's class, whose header declares them.
+///
+/// `didReceiveNotificationRequest:withContentHandler:` processes one request. The handler gets the
+/// request's own content, at once, when this system did not send the notification or when there is
+/// nothing to do for it, and otherwise a mutable copy of it with all its properties. One request is
+/// handled at a time: the next may follow once the handler has been called.
+///
+/// `serviceExtensionTimeWillExpire` calls the handler at once with what has been collected so far,
+/// whether or not it was called before. It does nothing before the first request of this system.
+///
+/// A request, expiry and reads of the best attempt may come on different threads while completions
 /// run on the shared session's callback queue. The handler is called on the thread that delivers,
 /// and again when tasks finish after time has expired.
 @interface MVLNotificationServiceExtension : UNNotificationServiceExtension {
@@ -28,16 +37,6 @@ struct MVLNotificationServiceExtensionCore;
 /// A copy of the content that would be delivered now, with the attachments finished so far in
 /// ascending byte order of their identifiers. Nil before the first request of this system.
 @property(nonatomic, readonly, nullable) UNNotificationContent* mvlBestAttemptContent;
-
-/// Processes one request. The handler gets the request's own content, at once, when this system did
-/// not send the notification or when there is nothing to do for it, and otherwise a mutable copy of
-/// it with all its properties.
-- (void)didReceiveNotificationRequest:(UNNotificationRequest*)request
-                   withContentHandler:(void (^)(UNNotificationContent*))contentHandler;
-
-/// Calls the handler at once with what has been collected so far, whether or not it was called
-/// before. Does nothing before the first request of this system.
-- (void)serviceExtensionTimeWillExpire;
 
 @end
 

@@ -28,7 +28,8 @@ NS_ASSUME_NONNULL_BEGIN
 - (NSURLSessionDownloadTask*)downloadTaskForAttachment:(NSDictionary*)attachment;
 /// Moves a downloaded file to a unique name in its folder. Gives that name's file URL, also when
 /// the move failed, which is logged.
-- (NSURL*)saveTempFile:(NSURL*)tempFile attachmentWithIdentifier:(NSString*)identifier;
+- (NSURL*)saveTempFile:(NSURL*)tempFile
+    attachmentWithIdentifier:(NSString*)identifier NS_SWIFT_NAME(saveTempFile(_:identifier:));
 
 /// Signature records by type: Uniform Type Identifier to an array of records of FSign(). The same
 /// object on every call. Any thread.

@@ -2,6 +2,14 @@
 
 #import <Foundation/Foundation.h>
 
+CFTypeRef CFRetain(CFTypeRef object) {
+  return [(id)object retain];
+}
+
+void CFRelease(CFTypeRef object) {
+  [(id)object release];
+}
+
 CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef original,
                                                     CFStringRef charactersToLeaveUnescaped,
                                                     CFStringRef legalURLCharactersToBeEscaped,

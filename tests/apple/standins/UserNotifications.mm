@@ -84,6 +84,7 @@ STANDIN_GETTER(NSString*, title, @"")
 STANDIN_GETTER(NSString*, subtitle, @"")
 STANDIN_GETTER(NSString*, body, @"")
 STANDIN_GETTER(NSString*, threadIdentifier, @"")
+STANDIN_GETTER(NSString*, categoryIdentifier, @"")
 STANDIN_GETTER(NSDictionary*, userInfo, [NSDictionary dictionary])
 STANDIN_GETTER(NSArray<UNNotificationAttachment*>*, attachments, [NSArray array])
 
@@ -95,13 +96,14 @@ STANDIN_GETTER(NSArray<UNNotificationAttachment*>*, attachments, [NSArray array]
 
 @implementation UNMutableNotificationContent
 
-@dynamic title, subtitle, body, threadIdentifier, userInfo, attachments;
+@dynamic title, subtitle, body, threadIdentifier, categoryIdentifier, userInfo, attachments;
 
 // Not the base class's, whose objects must not have them.
 STANDIN_SETTER(NSString*, Title, title)
 STANDIN_SETTER(NSString*, Subtitle, subtitle)
 STANDIN_SETTER(NSString*, Body, body)
 STANDIN_SETTER(NSString*, ThreadIdentifier, threadIdentifier)
+STANDIN_SETTER(NSString*, CategoryIdentifier, categoryIdentifier)
 STANDIN_SETTER(NSDictionary*, UserInfo, userInfo)
 STANDIN_SETTER(NSArray<UNNotificationAttachment*>*, Attachments, attachments)
 

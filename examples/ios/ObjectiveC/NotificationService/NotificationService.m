@@ -11,10 +11,16 @@
                       if ([content isKindOfClass:[UNMutableNotificationContent class]]) {
                         // The app's own changes. They may be made twice: when time expires, and
                         // when the last download has finished after that.
-                        ((UNMutableNotificationContent*)content).threadIdentifier = @"offers";
+                        UNMutableNotificationContent* own = (UNMutableNotificationContent*)content;
+                        own.threadIdentifier = own.categoryIdentifier;
                       }
                       contentHandler(content);
                     }];
+}
+
+// The handler above is called with what there is. An app whose own work takes time ends it here.
+- (void)serviceExtensionTimeWillExpire {
+  [super serviceExtensionTimeWillExpire];
 }
 
 @end

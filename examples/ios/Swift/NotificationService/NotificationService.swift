@@ -13,9 +13,14 @@ class NotificationService: MVLNotificationServiceExtension {
       if let own = content as? UNMutableNotificationContent {
         // The app's own changes. They may be made twice: when time expires, and when the last
         // download has finished after that.
-        own.threadIdentifier = "offers"
+        own.threadIdentifier = own.categoryIdentifier
       }
       contentHandler(content)
     }
+  }
+
+  // The handler above is called with what there is. An app whose own work takes time ends it here.
+  override func serviceExtensionTimeWillExpire() {
+    super.serviceExtensionTimeWillExpire()
   }
 }

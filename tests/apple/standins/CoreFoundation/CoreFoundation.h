@@ -7,11 +7,16 @@
 
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
+typedef const void* CFTypeRef;
 typedef uint32_t CFStringEncoding;
 
 enum { kCFStringEncodingUTF8 = 0x08000100 };
 
 #define kCFAllocatorDefault ((CFAllocatorRef)0)
+
+// Any object will do.
+STANDIN_EXPORT CFTypeRef CFRetain(CFTypeRef object);
+STANDIN_EXPORT void CFRelease(CFTypeRef object);
 
 // Null for text that the encoding cannot hold, or for another encoding than UTF-8. Only ASCII
 // characters can be left unescaped.

@@ -6,7 +6,37 @@
 #include_next <Foundation/Foundation.h>
 #pragma clang diagnostic pop
 
+#include <CoreFoundation/CoreFoundation.h>
+
+#define NS_SWIFT_NAME(name) __attribute__((swift_name(#name)))
+
+// What Swift reads in Apple's headers but not in GNUstep's and the runtime's.
+#ifdef __swift__
+#include <stdbool.h>
+#define BOOL bool
+#undef NS_ENUM
+#define NS_ENUM(Type, name) \
+  enum name : Type name;    \
+  enum __attribute__((enum_extensibility(open))) name : Type
+#endif
+
 NS_ASSUME_NONNULL_BEGIN
+
+static inline CFTypeRef _Nullable CFBridgingRetain(id _Nullable object) {
+#if __has_feature(objc_arc)
+  return (__bridge_retained CFTypeRef)object;
+#else
+  return [object retain];
+#endif
+}
+
+static inline id _Nullable CFBridgingRelease(CFTypeRef _Nullable object) {
+#if __has_feature(objc_arc)
+  return (__bridge_transfer id)object;
+#else
+  return [(id)object autorelease];
+#endif
+}
 
 typedef struct {
   NSInteger majorVersion, minorVersion, patchVersion;

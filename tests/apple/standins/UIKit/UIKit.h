@@ -8,13 +8,6 @@ typedef NSPoint CGPoint;
 typedef NSSize CGSize;
 typedef NSRect CGRect;
 
-static inline CGFloat CGRectGetWidth(CGRect rect) {
-  return rect.size.width;
-}
-static inline CGFloat CGRectGetHeight(CGRect rect) {
-  return rect.size.height;
-}
-
 @interface UIDevice : NSObject
 + (UIDevice*)currentDevice;
 @property(nonatomic, readonly, nullable) NSUUID* identifierForVendor;

@@ -27,13 +27,15 @@ STANDIN_EXPORT NSString* const UNNotificationAttachmentOptionsTypeHintKey;
 
 // A text that was not set is empty, as is the payload or the list of attachments.
 @interface UNNotificationContent : StandinRecord <NSMutableCopying>
-@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body, *threadIdentifier;
+@property(nonatomic, readonly, copy) NSString *title, *subtitle, *body, *threadIdentifier,
+    *categoryIdentifier;
 @property(nonatomic, readonly, copy) NSDictionary* userInfo;
 @property(nonatomic, readonly, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
 
 @interface UNMutableNotificationContent : UNNotificationContent
-@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body, *threadIdentifier;
+@property(nonatomic, readwrite, copy) NSString *title, *subtitle, *body, *threadIdentifier,
+    *categoryIdentifier;
 @property(nonatomic, readwrite, copy) NSDictionary* userInfo;
 @property(nonatomic, readwrite, copy) NSArray<UNNotificationAttachment*>* attachments;
 @end
@@ -52,6 +54,34 @@ STANDIN_EXPORT NSString* const UNNotificationAttachmentOptionsTypeHintKey;
 @interface UNNotificationResponse : StandinRecord
 @property(nonatomic, readonly, copy) UNNotification* notification;
 @property(nonatomic, readonly, copy) NSString* actionIdentifier;
+@end
+
+// What an app registers. Nothing but the compiler asks for these.
+typedef NS_OPTIONS(NSUInteger, UNNotificationActionOptions) {
+  UNNotificationActionOptionNone = 0,
+  UNNotificationActionOptionForeground = 4,
+};
+
+@interface UNNotificationAction : NSObject
++ (instancetype)actionWithIdentifier:(NSString*)identifier
+                               title:(NSString*)title
+                             options:(UNNotificationActionOptions)options;
+@end
+
+typedef NS_OPTIONS(NSUInteger, UNNotificationCategoryOptions) {
+  UNNotificationCategoryOptionNone = 0,
+};
+
+@interface UNNotificationCategory : NSObject
++ (instancetype)categoryWithIdentifier:(NSString*)identifier
+                               actions:(NSArray<UNNotificationAction*>*)actions
+                     intentIdentifiers:(NSArray<NSString*>*)intentIdentifiers
+                               options:(UNNotificationCategoryOptions)options;
+@end
+
+@interface UNUserNotificationCenter : NSObject
++ (UNUserNotificationCenter*)currentNotificationCenter;
+- (void)setNotificationCategories:(NSSet<UNNotificationCategory*>*)categories;
 @end
 
 @interface UNNotificationServiceExtension : NSObject
