@@ -386,6 +386,12 @@ std::optional<std::string> TemplateFiller::filled(std::string_view url,
   return Filling(*this, allParamsRequired).run(url);
 }
 
+std::size_t TemplateFiller::lengthsAcross() const {
+  std::size_t count = 0;
+  for (const auto& lengths : lengthsAcross_) count += lengths.size();
+  return count;
+}
+
 bool TemplateFiller::isGiven(std::string_view key) const {
   const auto less = [](const Dictionary::Entry& left, std::string_view right) {
     return left.key < right;

@@ -34,6 +34,9 @@ class TemplateFiller {
   [[nodiscard]] std::optional<std::string> filled(std::string_view url,
                                                   bool allParamsRequired) const;
 
+  // The number of different lengths of names that hold a delimiter.
+  [[nodiscard]] std::size_t lengthsAcross() const;
+
  private:
   class Filling;
 
