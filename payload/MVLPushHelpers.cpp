@@ -2,10 +2,9 @@
 
 #include <string>
 
-#include "morvelune/MVLURLHelpers.h"
 #include "morvelune/UNNotificationToDictionary.h"
-#include "morvelune/platform/Path.h"
 #include "payload/PayloadKeys.h"
+#include "payload/TrackingDescriptor.h"
 
 namespace morvelune {
 namespace {
@@ -39,11 +38,7 @@ std::optional<URL> MVLPushHelpers::trackingURLForAction(std::optional<std::strin
                                                         const AnyNotification& forNotification) {
   const auto descriptor = userInfoFromNotification(forNotification).dictionary(keys::tracking);
   if (!descriptor || !action) return std::nullopt;
-  const auto base = descriptor->stringView(keys::trackingURL);
-  const auto component = descriptor->stringView(*action);
-  if (!base || !component) return std::nullopt;
-  const auto filled = MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
-                                               descriptor->dictionary(keys::trackingParams));
+  const auto filled = TrackingDescriptor(*descriptor).filledAddress(*action);
   return filled ? URL::parse(*filled) : std::nullopt;
 }
 

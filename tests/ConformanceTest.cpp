@@ -202,10 +202,13 @@ TEST(FaceTest, LogLinesHoldValuesAsFarAsTheyGo) {
   SystemLog& log = *Platform::current()->systemLog;
   log.log("no place", {"a"});
   log.log("%@%@ %@", {"a", std::nullopt});
-  // No control characters: the rest of one lies outside of the value, or is another character.
+  // No UTF-8: cut off where the value ends or another character begins, too long, a surrogate half,
+  // and bytes that begin nothing.
   log.log("%@", {std::string_view("\xC2\x85", 1)});
-  log.log("%@", {"\xC2 "});
-  const std::vector<std::string> lines{"no place", "a(null) %@", "\xC2", "\xC2 "};
+  log.log("%@", {"\xC2 \xE2\x82"});
+  log.log("%@", {"\xC1\x9B\xED\xA0\x80\xF4\x90\x80\x80\x9B"});
+  const std::vector<std::string> lines{"no place", "a(null) %@", "\\xC2", "\\xC2 \\xE2\\x82",
+                                       "\\xC1\\x9B\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\x9B"};
   EXPECT_EQ(memory.log(), lines);
 }
 

@@ -19,6 +19,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "support/Eventually.h"
@@ -140,7 +141,10 @@ class ToolRuns : public ToolTest, public ::testing::WithParamInterface<Group> {
   static void checkStreams(const ordered_json& wanted, const Ended& ended) {
     EXPECT_EQ(ended.status, wanted["status"]) << ended.err;
     EXPECT_LT(ended.seconds, 30);
-    EXPECT_EQ(ended.out.find('\x1B'), std::string::npos);
+    const bool isText = !ended.out.starts_with('{') && !ended.out.starts_with('[');
+    for (const std::string acting : {"\x1B", "\u009B", "\u202E", "\u2066"}) {
+      EXPECT_EQ((ended.err + (isText ? ended.out : "")).find(acting), std::string::npos);
+    }
     EXPECT_EQ(ended.out.find("%@"), std::string::npos) << "an unfilled message";
     EXPECT_EQ(ended.out, wanted["out"].is_null() ? ended.out : wanted["out"].get<std::string>());
     EXPECT_EQ(ended.err, wanted["err"].is_null() ? ended.err : wanted["err"].get<std::string>());
@@ -208,6 +212,73 @@ TEST_P(ToolRuns, EndAsWritten) {
       EXPECT_EQ(contentsOf(path), textOf(text)) << path;
     }
   }
+}
+
+// What `each` gives for 0, 1, 2 ..., about so many bytes of it.
+std::string many(std::size_t bytes, const std::function<std::string(int)>& each) {
+  std::string text;
+  for (int i = 0; text.size() + 160 < bytes; ++i) text += each(i);
+  return text;
+}
+
+std::string again(std::size_t bytes, const std::string& text) {
+  return many(bytes, [&text](int) { return text; });
+}
+
+// Three letters, different ones for each number.
+std::string name(int i) {
+  std::string letters;
+  for (int n = 0; n < 3; ++n, i /= 26) letters += static_cast<char>('a' + i % 26);
+  return letters;
+}
+
+// Payloads of 32 KB whose parts multiply: addresses by actions, tags by actions, names that hold
+// bars, buttons that repeat a large one, entries of two bytes, blanks before deep lines.
+std::vector<std::string> hostilePayloads() {
+  const auto tracking = [](const std::string& url, const std::string& params) {
+    const std::size_t rest = 32000 - url.size() - params.size();
+    return "{\"mvl-tk\":{\"url\":\"https://h/" + url + "\"," +
+           many(rest, [](int i) { return '"' + name(i) + "\":\"\","; }) + "\"params\":{" + params +
+           "}}}";
+  };
+  const std::string bars = many(11000, [](int i) {
+    return (i == 0 ? "\"" : ",\"") + std::string(i % 140, '|') + name(i) + "\":\"\"";
+  });
+  const std::string open(500, '[');
+  const std::string closed(500, ']');
+  return {tracking(std::string(9000, 'x'), ""),
+          tracking(std::string(9000, ' '), ""),
+          tracking(many(20000, [](int i) { return "%7c" + name(i); }) + "%7c", ""),
+          tracking(std::string(8000, '|'), bars),
+          R"({"k2tb":[{"bid":"b","ccp":{"x":[0)" + again(16000, ",1") + "]}}" +
+              again(16000, R"(,{"bid":"b"})") + "]}",
+          R"({"mvl-atts":[7)" + again(32000, ",7") + "]}",
+          R"({"x":)" + open + '1' + again(31000, ",1") + closed + '}'};
+}
+
+TEST_F(ToolTest, InspectsAnyPayloadInBoundedWork) {
+  for (const std::string& payload : hostilePayloads()) {
+    for (const std::string form : {"--strict", "--json"}) {
+      const Ended ended = program_.run({"inspect", form, "-"}, payload);
+      SCOPED_TRACE(payload.substr(0, 60) + form);
+      EXPECT_EQ(ended.status, 3) << ended.err;
+      EXPECT_LT(ended.out.size(), 4U << 20);
+      if (!sanitized) {
+        EXPECT_LT(ended.seconds, 1);
+        EXPECT_LT(ended.peakKilobytes, 64 * 1024);
+      }
+    }
+  }
+}
+
+// A signal ends it at once, and its time runs, whatever the payload.
+TEST_F(ToolTest, DeliversAHostilePayloadWithinItsTime) {
+  const std::string payload = hostilePayloads()[2];
+  EXPECT_LT(program_.run({"deliver", "--time-limit", "1", "-"}, payload).seconds, 10);
+  const pid_t pid = program_.start({"deliver", "-"}, payload);
+  kill(pid, SIGTERM);
+  const Ended ended = program_.wait(pid);
+  EXPECT_LT(ended.seconds, 10);
 }
 
 TEST_F(ToolTest, CleansUpWhenASignalEndsIt) {
@@ -287,6 +358,17 @@ TEST_F(ToolTest, GoodServersAreNotHeldUpByDishonestOnes) {
     EXPECT_LT(each.value("finishedMs", 5000.0), 4000) << each;
   }
   checkPeak(ended);
+}
+
+TEST_F(ToolTest, PrintsNoEscapeOfItsEnvironment) {
+  const std::string errors = files_.path() + "/errors";
+  EXPECT_NE(std::system(("echo '{}' | TMPDIR=$(printf '/none\\033\\233') " MORVELUNE_PATH
+                         " deliver - 2>" +
+                         errors)
+                            .c_str()),
+            0);
+  EXPECT_NE(contentsOf(errors).find("no temporary folder in /none\\u001B\\x9B"), std::string::npos)
+      << contentsOf(errors);
 }
 
 // The answer comes while the program still waits for more.

@@ -136,6 +136,7 @@ class AsciiText : public Text {
     if (pattern.empty() || at == text.end()) return {};
     return {static_cast<std::size_t>(at - text.begin()), pattern.size()};
   }
+  std::string caseFolded(std::string_view text) const override { return asciiLowercased(text); }
   bool matches(std::string_view, std::string_view) const override { unavailable(); }
   double doubleValue(std::string_view) const override { unavailable(); }
   std::string fixedNotation(double) const override { unavailable(); }

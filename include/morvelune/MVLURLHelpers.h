@@ -30,7 +30,8 @@ class MORVELUNE_API MVLURLHelpers {
   // template.
   //
   // Keys are visited in no promised order; a value that holds another key's tag may or may not be
-  // filled in turn.
+  // filled in turn. The time grows with the length of all that is given. Only keys that hold a
+  // delimiter themselves cost more: a look per tag for each different length that they have.
   [[nodiscard]] static std::optional<std::string> filledURL(
       std::optional<std::string_view> url, const std::optional<Dictionary>& parameters,
       bool allParamsRequired);

@@ -16,6 +16,11 @@ class AppleText : public Text {
                       searched);
   }
 
+  [[nodiscard]] std::string caseFolded(std::string_view text) const override {
+    return fromNative([toNative(text) stringByFoldingWithOptions:NSCaseInsensitiveSearch
+                                                          locale:nil]);
+  }
+
   [[nodiscard]] bool matches(std::string_view text, std::string_view expression) const override {
     @try {
       return [[NSPredicate predicateWithFormat:@"SELF MATCHES %@", toNative(expression)]

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <limits>
 #include <new>
+#include <vector>
 
 #include "morvelune/platform/ASCII.h"
 #include "platform/PercentCoding.h"
@@ -42,8 +43,25 @@ std::string repaired(std::string_view text) {
   return utf8(utf16(text));
 }
 
-bool isASCII(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return U8_IS_SINGLE(c); });
+// Calls `found` with the place of each occurrence, overlapping ones too, until it gives true. The
+// algorithm is that of Knuth, Morris and Pratt: whatever the two say, no character is looked at
+// more than twice.
+template <typename Found>
+void eachOccurrence(std::string_view pattern, std::string_view text, Found found) {
+  std::vector<std::size_t> borders(pattern.size() + 1);  // of each beginning: its longest one
+  std::size_t border = 0;
+  for (std::size_t i = 1; i < pattern.size(); borders[++i] = border) {
+    while (border > 0 && pattern[i] != pattern[border]) border = borders[border];
+    if (pattern[i] == pattern[border]) ++border;
+  }
+  std::size_t matched = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    while (matched > 0 && (matched == pattern.size() || text[i] != pattern[matched])) {
+      matched = borders[matched];
+    }
+    if (text[i] == pattern[matched]) ++matched;
+    if (matched == pattern.size() && found(i + 1 - matched)) return;
+  }
 }
 
 // Text in lower case, with the changes that made it from the original. Every sigma is the same
@@ -67,14 +85,16 @@ class Lowercased {
   // The first occurrence, as a range of the original. One that begins or ends within a character
   // of the original is none.
   [[nodiscard]] NSRange find(std::string_view pattern) const {
-    auto changes = edits_.getFineIterator();
-    for (std::size_t at = text_.find(pattern); at != std::string::npos;
-         at = text_.find(pattern, at + 1)) {
-      const auto begin = originalIndex(changes, at);
-      const auto end = originalIndex(changes, at + pattern.size());
-      if (begin && end) return {*begin, *end - *begin};
-    }
-    return {};
+    auto begins = edits_.getFineIterator();
+    auto ends = edits_.getFineIterator();
+    NSRange range;
+    eachOccurrence(pattern, text_, [&](std::size_t at) {
+      const auto begin = originalIndex(begins, at);
+      const auto end = originalIndex(ends, at + pattern.size());
+      if (begin && end) range = {*begin, *end - *begin};
+      return range.location != NSNotFound;
+    });
+    return range;
   }
 
  private:
@@ -118,15 +138,6 @@ class Lowercased {
   icu::Edits edits_;
 };
 
-NSRange rangeInASCII(std::string_view pattern, std::string_view text) {
-  const auto equal = [](char left, char right) {
-    return asciiLowercased(left) == asciiLowercased(right);
-  };
-  const auto found = std::search(text.begin(), text.end(), pattern.begin(), pattern.end(), equal);
-  if (found == text.end()) return {};
-  return {static_cast<std::size_t>(found - text.begin()), pattern.size()};
-}
-
 std::string_view withoutLeadingSpace(std::string_view text) {
   std::int32_t start = 0;
   for (std::int32_t i = 0; i < static_cast<std::int32_t>(text.size()); start = i) {
@@ -140,8 +151,19 @@ class LinuxText : public Text {
   [[nodiscard]] NSRange rangeIgnoringCase(std::string_view pattern,
                                           std::string_view text) const override {
     if (pattern.empty()) return {};
-    if (isASCII(pattern) && isASCII(text)) return rangeInASCII(pattern, text);
-    return Lowercased(text).find(Lowercased(pattern).text());
+    if (!isASCII(pattern) || !isASCII(text)) {
+      return Lowercased(text).find(Lowercased(pattern).text());
+    }
+    NSRange range;
+    eachOccurrence(asciiLowercased(pattern), asciiLowercased(text), [&](std::size_t at) {
+      range = {at, pattern.size()};
+      return true;
+    });
+    return range;
+  }
+
+  [[nodiscard]] std::string caseFolded(std::string_view text) const override {
+    return Lowercased(text).text();
   }
 
   [[nodiscard]] bool matches(std::string_view text, std::string_view expression) const override {

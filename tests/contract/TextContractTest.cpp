@@ -21,6 +21,7 @@ ordered_json resultOf(const Text& text, const std::string& operation, const orde
     const auto [location, length] = text.rangeIgnoringCase(first, textOf(given[1]));
     return location == NSNotFound ? ordered_json("NSNotFound") : ordered_json{location, length};
   }
+  if (operation == "caseFolded") return text.caseFolded(first);
   if (operation == "matches") return text.matches(first, textOf(given[1]));
   if (operation == "doubleValue") return jsonOf(text.doubleValue(first));
   if (operation == "addingPercentEncodingForQuery") {

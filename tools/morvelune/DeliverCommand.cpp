@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -10,6 +11,7 @@
 
 #include "morvelune/MVLConstants.h"
 #include "morvelune/platform/linux/LinuxPlatform.h"
+#include "payload/PayloadKeys.h"
 #include "tools/morvelune/Delivery.h"
 #include "tools/morvelune/ExitStatus.h"
 #include "tools/morvelune/Inspection.h"
@@ -38,27 +40,30 @@ std::chrono::duration<double> seconds(const std::string& text) {
   return std::chrono::duration<double>(decimal(text, day));
 }
 
-std::vector<AttachmentEntry> attachmentEntries(const Dictionary& payload,
-                                               const Inspection& inspection) {
+std::vector<AttachmentEntry> attachmentEntries(const Dictionary& payload) {
   std::vector<AttachmentEntry> entries;
-  const Array array = payload.array(MVLPayloadAttachmentsKey).value_or(Array());
-  for (const auto& attachment : inspection.attachments) {
-    const auto entry = array.dictionary(entries.size()).value_or(Dictionary());
-    entries.push_back({attachment.identifier, entry.string(MVLAttachmentURLKey).value_or("")});
+  for (const Value& each : payload.array(MVLPayloadAttachmentsKey).value_or(Array())) {
+    const auto entry = each.dictionary().value_or(Dictionary());
+    entries.push_back({entry.string(MVLAttachmentIDKey).value_or(keys::defaultAttachmentIdentifier),
+                       entry.string(MVLAttachmentURLKey).value_or("")});
   }
   return entries;
 }
 
-// From the last delivery, which has the most attachments, to the first.
-void keepAll(Report& report, const std::string& folder) {
+// From the last delivery, which has the most attachments, to the first; false when a signal asked
+// the process to end.
+bool keepAll(Report& report, const std::string& folder, const TerminationSignals& signals) {
   const auto& deliveries = report.outcome.deliveries;
   try {
     for (auto each = deliveries.rbegin(); each != deliveries.rend(); ++each) {
-      keepAttachments(each->content->attachments(), folder, report.keptPaths);
+      const bool isDone = keepAttachments(each->content->attachments(), folder, report.keptPaths,
+                                          [&signals] { return signals.haveCome(); });
+      if (!isDone) return false;
     }
   } catch (const std::filesystem::filesystem_error& error) {
     report.keepError = "--keep: " + error.path1().string() + ": " + error.code().message();
   }
+  return true;
 }
 
 bool isIncomplete(const Recording& recording) {
@@ -69,27 +74,32 @@ bool isIncomplete(const Recording& recording) {
 }
 
 int fail(int status, const std::string& message) {
-  std::cerr << "morvelune: " << message << '\n';
+  std::cerr << "morvelune: " << shown(message) << '\n';
   return status;
+}
+
+Inspection inspectFor(const Payload& payload, const DeviceProfile& device) {
+  LinuxOptions options;
+  options.device = device;
+  const InstalledPlatform installed(makeLinuxPlatform(options));
+  return inspect(payload.content, payload.bytes);
 }
 
 // Empty when a signal asked the process to end.
 std::optional<Report> reportOn(const Payload& payload, const DeliverOptions& options,
-                               const PrivateFolder& folder, const TerminationSignals& signals) {
+                               const Limits& limits, const PrivateFolder& folder,
+                               const TerminationSignals& signals) {
   URLSessionOptions sessionOptions;
   sessionOptions.temporaryDirectory = folder.path();
   const auto session = makeLinuxURLSession(sessionOptions);
   const auto platform = makeLinuxPlatform(session, options.device);
-  Inspection inspection = [&] {
-    const InstalledPlatform installed(platform);
-    return inspect(payload.content, payload.bytes);
-  }();
-  Recorder recorder(attachmentEntries(payload.content, inspection));
+  Recorder recorder(attachmentEntries(payload.content));
   const InstalledPlatform installed(recorder.decorate(*platform));
-  auto outcome = deliver(payload.content, options.limits, recorder, *session, signals);
+  auto outcome = deliver(payload.content, limits, recorder, *session, signals);
   if (!outcome) return std::nullopt;
-  Report report{inspection.recognised, std::move(inspection.findings), std::move(*outcome), {}, {}};
-  if (options.keep) keepAll(report, *options.keep);
+  Report report;
+  report.outcome = std::move(*outcome);
+  if (options.keep && !keepAll(report, *options.keep, signals)) return std::nullopt;
   return report;
 }
 
@@ -97,15 +107,19 @@ std::optional<Report> reportOn(const Payload& payload, const DeliverOptions& opt
 int run(const DeliverOptions& options) {
   const auto read = readPayload(options.payload);
   if (const auto* error = std::get_if<PayloadError>(&read)) {
-    return fail(exitFailed, shown(options.payload) + ':' + describe(*error));
+    return fail(exitFailed, options.payload + ':' + describe(*error));
   }
   if (options.keep) {
     try {
       prepareKeepFolder(*options.keep);
     } catch (const std::filesystem::filesystem_error& error) {
-      return fail(exitUsage, "--keep: " + shown(*options.keep) + ": " + error.code().message());
+      return fail(exitUsage, "--keep: " + *options.keep + ": " + error.code().message());
     }
   }
+  const auto& payload = std::get<Payload>(read);
+  const auto start = std::chrono::steady_clock::now();
+  // While nothing is left to be cleaned up, and signals have their usual effect.
+  Inspection inspection = inspectFor(payload, options.device);
   std::string text;
   std::string log;
   std::string error;
@@ -113,19 +127,25 @@ int run(const DeliverOptions& options) {
   {
     const TerminationSignals signals;
     const PrivateFolder folder;
-    const auto report = reportOn(std::get<Payload>(read), options, folder, signals);
+    Limits limits = options.limits;
+    limits.time -= std::chrono::steady_clock::now() - start;
+    auto report = reportOn(payload, options, limits, folder, signals);
     if (!report) return exitFailed;  // not reached: the signal ends the process here
+    report->recognised = inspection.recognised;
+    report->findings = std::move(inspection.findings);
     text = options.json ? jsonReport(*report) : textReport(*report);
     incomplete = isIncomplete(report->outcome.recording);
     error = report->keepError;
     if (!options.json) {
-      for (const std::string& line : report->outcome.recording.log) log += line + '\n';
+      for (const std::string& line : report->outcome.recording.log) {
+        log += shown(line) + '\n';
+      }
     }
   }
   // Printed last, so that nothing is left behind however long the reader takes.
   std::cerr << log;
   std::cout << text;
-  if (!error.empty()) return fail(exitFailed, shown(error));
+  if (!error.empty()) return fail(exitFailed, error);
   return options.strict && incomplete ? exitFaulty : exitSuccess;
 }
 

@@ -1,9 +1,12 @@
 // Findings: what keeps a push from becoming what its sender meant, or may do so.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace morvelune::tool {
@@ -26,7 +29,38 @@ struct Finding {
   std::string message;
 };
 
-using Findings = std::vector<Finding>;
+// Of each code the first ones, and how many more there are.
+class Findings {
+ public:
+  static constexpr std::size_t mostOfACode = 50;
+
+  // Keeps the finding, or only counts it. Its code must be one of those below.
+  void add(Finding finding) {
+    std::size_t& count = countOf_[finding.code];
+    ++(finding.code->severity == Severity::error ? errors_ : warnings_);
+    if (++count <= mostOfACode) kept_.push_back(std::move(finding));
+  }
+
+  // Those that were kept, in the order in which they were found.
+  [[nodiscard]] const std::vector<Finding>& kept() const { return kept_; }
+  // How many of each code were only counted, by name.
+  [[nodiscard]] std::map<std::string_view, std::size_t> more() const {
+    std::map<std::string_view, std::size_t> more;
+    for (const auto& [code, count] : countOf_) {
+      if (count > mostOfACode) more.emplace(code->name, count - mostOfACode);
+    }
+    return more;
+  }
+  // How many there are in all.
+  [[nodiscard]] std::size_t errors() const { return errors_; }
+  [[nodiscard]] std::size_t warnings() const { return warnings_; }
+
+ private:
+  std::vector<Finding> kept_;
+  std::map<const FindingCode*, std::size_t> countOf_;
+  std::size_t errors_ = 0;
+  std::size_t warnings_ = 0;
+};
 
 namespace codes {
 
@@ -52,7 +86,7 @@ inline constexpr FindingCode trackingNoUrl{"tracking-no-url", Severity::error,
 inline constexpr FindingCode actionNoUrl{"action-no-url", Severity::warning,
                                          "This action has no valid tracking address: %@."};
 inline constexpr FindingCode tagUnfilled{"tag-unfilled", Severity::warning,
-                                         "The tag \"%@\" is sent as it stands, because %@."};
+                                         "The tag \"%@\" is sent as it stands%@, because %@."};
 
 inline constexpr FindingCode attachmentNoUrl{
     "attachment-no-url", Severity::error,
@@ -71,6 +105,13 @@ inline constexpr FindingCode attachmentPlainHttp{
 inline constexpr FindingCode attachmentIdSlash{
     "attachment-id-slash", Severity::error,
     "The file cannot be staged under an identifier with a \"/\" and is never shown; leave it out."};
+inline constexpr FindingCode attachmentIdZero{
+    "attachment-id-zero", Severity::error,
+    "The file cannot be staged under an identifier with U+0000 and is never shown; leave it out."};
+inline constexpr FindingCode attachmentIdLong{
+    "attachment-id-long", Severity::error,
+    "The file may not be staged under an identifier of %@ bytes and is then never shown; use at "
+    "most %@."};
 inline constexpr FindingCode attachmentIdMissing{
     "attachment-id-missing", Severity::warning,
     "Attachments are shown in the order of their identifiers; give this one an identifier, too."};

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <CLI/Error.hpp>
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -44,16 +43,13 @@ int worse(int left, int right) {
 }
 
 int statusOf(const Findings& findings, bool strict) {
-  const bool isFaulty = std::any_of(findings.begin(), findings.end(), [strict](const Finding& one) {
-    return strict || one.code->severity == Severity::error;
-  });
-  return isFaulty ? exitFaulty : exitSuccess;
+  return findings.errors() + (strict ? findings.warnings() : 0) > 0 ? exitFaulty : exitSuccess;
 }
 
 int inspectFile(const std::string& file, const InspectOptions& options) {
   const auto read = readPayload(file);
   if (const auto* error = std::get_if<PayloadError>(&read)) {
-    std::cerr << "morvelune: " << shown(file) << ':' << describe(*error) << '\n';
+    std::cerr << "morvelune: " << shown(file) << ':' << shown(describe(*error)) << '\n';
     return exitFailed;
   }
   const auto& payload = std::get<Payload>(read);

@@ -16,6 +16,7 @@
 #include "morvelune/platform/ASCII.h"
 #include "morvelune/platform/Path.h"
 #include "payload/PayloadKeys.h"
+#include "payload/TrackingDescriptor.h"
 #include "platform/linux/SuggestedFilename.h"
 #include "tools/morvelune/TextTable.h"
 #include "util/Tags.h"
@@ -28,6 +29,11 @@ using Types = std::initializer_list<Type>;
 
 // The platform's documented limit for a remote notification's payload.
 constexpr std::size_t mostBytes = 4096;
+
+// The longest identifier, in bytes, under which a file can surely be staged: a file name has at
+// most 255, of which the longest name of a download takes 28 ("CFNetworkDownload_XXXXXX.tmp"), two
+// hyphens 2 and a globally unique string up to 61, with a process number of seven digits.
+constexpr std::size_t longestIdentifier = 255 - 28 - 2 - 61;
 
 // Integers and other numbers are one to a sender.
 Type kindOf(const Value& value) {
@@ -123,7 +129,7 @@ class Inspector {
  private:
   void find(const FindingCode& code, std::string path,
             std::initializer_list<std::optional<std::string_view>> details = {}) {
-    result_.findings.push_back({&code, std::move(path), formatted(code.message, details)});
+    result_.findings.add({&code, std::move(path), formatted(code.message, details)});
   }
 
   void expect(Types types, const Value& value, const std::string& path) {
@@ -159,65 +165,82 @@ class Inspector {
     const Dictionary descriptor = payload_.dictionary(keys::tracking).value_or(Dictionary());
     expect({Type::string}, descriptor, keys::trackingURL, keys::tracking);
     expect({Type::dictionary}, descriptor, keys::trackingParams, keys::tracking);
+    const TrackingDescriptor addresses(descriptor);
+    std::size_t cost = 0;
     for (const auto& [key, entry] : descriptor) {
-      if (key != keys::trackingURL && key != keys::trackingParams)
-        inspectAction(descriptor, key, entry);
-    }
-    InspectedAction display{.name = MVLUNCenterTrackingActionReceived};
-    if (!descriptor.contains(display.name)) explainMissingAddress(descriptor, display);
-  }
-
-  void inspectAction(const Dictionary& descriptor, const std::string& name, const Value& entry) {
-    const std::string path = join(keys::tracking, name);
-    expect({Type::string}, entry, path);
-    InspectedAction action{.name = name};
-    if (const auto url = MVLPushHelpers::trackingURLForAction(name, payload_)) {
-      action.url = url->absoluteString();
-      action.unfilled = tagsIn(*action.url);
-      for (const std::string& tag : action.unfilled) {
-        find(codes::tagUnfilled, path,
-             {tag,
-              "\"params\" has no text or number for it, or an earlier one of that name was "
-              "filled; give it a value or take it out"});
+      if (key == keys::trackingURL || key == keys::trackingParams) continue;
+      if (cost > mostAddressCost) {
+        ++result_.tracking.more;
+      } else {
+        cost += addresses.fillingCost(key) + inspectAction(descriptor, key, entry, addresses);
       }
-    } else {
-      explainMissingAddress(descriptor, action);
     }
-    result_.tracking.push_back(std::move(action));
+    findUnfilledTags();
+    const std::string display = MVLUNCenterTrackingActionReceived;
+    if (!descriptor.contains(display)) findMissingAddress(display, whyNoText(descriptor, display));
   }
 
-  // Notes what stays unfilled in the action, too.
-  void explainMissingAddress(const Dictionary& descriptor, InspectedAction& action) {
-    const auto base = descriptor.string(keys::trackingURL);
-    const auto component = descriptor.string(action.name);
-    std::string reason;
-    if (!base) {
-      reason = "\"mvl-tk\" has no text \"url\", so nothing can be requested; add it";
-    } else if (!component) {
-      reason =
-          "\"mvl-tk\" has no text \"" + action.name + "\", so nothing can be requested; add it";
+  // Gives the size of the address.
+  std::size_t inspectAction(const Dictionary& descriptor, const std::string& name,
+                            const Value& entry, const TrackingDescriptor& addresses) {
+    expect({Type::string}, entry, join(keys::tracking, name));
+    InspectedAction action{.name = name};
+    const std::string filled = addresses.filledAddress(name).value_or("");
+    const std::vector<std::string> unfilled = tagsIn(filled);
+    if (!entry.stringView() || !descriptor.stringView(keys::trackingURL)) {
+      findMissingAddress(name, whyNoText(descriptor, name));
+    } else if (const auto url = URL::parse(filled)) {
+      action.url = url->absoluteString();
+      for (const std::string& tag : unfilled) noteUnfilled(tag, name);
     } else {
-      const std::string filled =
-          MVLURLHelpers::filledURL(stringByAppendingPathComponent(*base, *component),
-                                   descriptor.dictionary(keys::trackingParams))
-              .value_or("");
-      action.unfilled = tagsIn(filled);
-      reason = whyNoURL(filled, action.unfilled);
+      findMissingAddress(name, whyNoURL(filled, unfilled));
     }
-    const bool isDisplay = action.name == MVLUNCenterTrackingActionReceived;
-    find(isDisplay ? codes::trackingNoUrl : codes::actionNoUrl, join(keys::tracking, action.name),
+    for (const std::string& tag : unfilled) action.unfilled.add(tag, mostUnfilledListed);
+    result_.tracking.add(std::move(action), mostListed);
+    return filled.size();
+  }
+
+  // A tag that several actions leave unfilled is one finding, at the first of them.
+  void noteUnfilled(const std::string& tag, const std::string& action) {
+    const auto [place, isNew] = unfilledAt_.try_emplace(tag, unfilled_.size());
+    if (isNew) unfilled_.push_back({tag, action, 0});
+    ++unfilled_[place->second].actions;
+  }
+
+  void findUnfilledTags() {
+    for (const auto& [tag, firstAction, actions] : unfilled_) {
+      std::string where;
+      if (actions > 1) where.append(" in ").append(std::to_string(actions)).append(" actions");
+      find(codes::tagUnfilled, join(keys::tracking, firstAction),
+           {cut(tag), where,
+            "\"params\" has no text or number for it, or an earlier one of that name was filled; "
+            "give it a value or take it out"});
+    }
+  }
+
+  void findMissingAddress(const std::string& action, const std::string& reason) {
+    const bool isDisplay = action == MVLUNCenterTrackingActionReceived;
+    find(isDisplay ? codes::trackingNoUrl : codes::actionNoUrl, join(keys::tracking, action),
          {reason});
+  }
+
+  static std::string whyNoText(const Dictionary& descriptor, const std::string& action) {
+    const bool hasBase = descriptor.stringView(keys::trackingURL).has_value();
+    const std::string missing = hasBase ? cut(action) : keys::trackingURL;
+    return "\"mvl-tk\" has no text \"" + missing + "\", so nothing can be requested; add it";
   }
 
   static std::string whyNoURL(const std::string& filled, const std::vector<std::string>& unfilled) {
     const std::string noURL =
         "no valid URL, which older systems cannot request and newer ones encode; ";
     if (unfilled.empty() || filled.find('|') == std::string::npos) {
-      return "\"" + filled + "\" is " + noURL + "percent-encode what a URL cannot hold";
+      return '"' + cut(filled) + "\" is " + noURL + "percent-encode what a URL cannot hold";
     }
     std::string tags;
-    for (const std::string& tag : unfilled) tags += (tags.empty() ? "|" : ", |") + tag + '|';
-    return "what stays unfilled (" + tags + ") makes it " + noURL +
+    for (const std::string& tag : unfilled) {
+      tags.append(tags.empty() ? "|" : ", |").append(tag).append("|");
+    }
+    return "what stays unfilled (" + cut(tags) + ") makes it " + noURL +
            "give it a value in \"params\" or take it out";
   }
 
@@ -225,8 +248,9 @@ class Inspector {
     expect({Type::array}, payload_, MVLPayloadAttachmentsKey);
     const Array entries = payload_.array(MVLPayloadAttachmentsKey).value_or(Array());
     std::set<std::string> identifiers;
+    std::size_t index = 0;
     for (const Value& entry : entries) {
-      const std::string path = element(MVLPayloadAttachmentsKey, result_.attachments.size());
+      const std::string path = element(MVLPayloadAttachmentsKey, index++);
       expect({Type::dictionary}, entry, path);
       const Dictionary attachment = entry.dictionary().value_or(Dictionary());
       expect({Type::string}, attachment, MVLAttachmentURLKey, path);
@@ -238,15 +262,23 @@ class Inspector {
                      inspected);
       const bool isFirst = identifiers.insert(inspected.identifier).second;
       const std::string idPath = join(path, MVLAttachmentIDKey);
-      if (identifier && identifier->find('/') != std::string::npos) {
-        find(codes::attachmentIdSlash, idPath);
-      }
+      findUnstageable(inspected.identifier, idPath);
       if (!identifier && entries.size() > 1) {
         find(codes::attachmentIdMissing, idPath);
       } else if (!isFirst) {
-        find(codes::attachmentIdRepeated, idPath, {inspected.identifier});
+        find(codes::attachmentIdRepeated, idPath, {cut(inspected.identifier)});
       }
-      result_.attachments.push_back(std::move(inspected));
+      result_.attachments.add(std::move(inspected), mostListed);
+    }
+  }
+
+  // An identifier becomes a part of a file's name.
+  void findUnstageable(const std::string& identifier, const std::string& path) {
+    if (identifier.find('/') != std::string::npos) find(codes::attachmentIdSlash, path);
+    if (identifier.find('\0') != std::string::npos) find(codes::attachmentIdZero, path);
+    if (identifier.size() > longestIdentifier) {
+      find(codes::attachmentIdLong, path,
+           {std::to_string(identifier.size()), std::to_string(longestIdentifier)});
     }
   }
 
@@ -260,22 +292,22 @@ class Inspector {
     if (url->scheme() == "http") find(codes::attachmentPlainHttp, path);
     for (const std::string& tag : tagsIn(*address)) {
       find(codes::tagUnfilled, path,
-           {tag, "tags are filled in tracking addresses only; write its value out"});
+           {cut(tag), "", "tags are filled in tracking addresses only; write its value out"});
     }
     const std::string name = suggestedFilename(std::nullopt, *address);
     const std::string extension = pathExtension(name);
     attachment.typeByName = detection::typeOfExtension(extension);
     if (attachment.typeByName) return;
     const bool isKnown = detection::typeOfExtension(asciiLowercased(extension)).has_value();
-    find(isKnown ? codes::extensionCase : codes::extensionUnknown, path, {name});
+    find(isKnown ? codes::extensionCase : codes::extensionUnknown, path, {cut(name)});
   }
 
   void inspectButtons() {
     expect({Type::array}, payload_, keys::buttons);
     const Array entries = payload_.array(keys::buttons).value_or(Array());
     std::map<std::string, std::size_t> firstOf;
+    std::size_t index = 0;
     for (const Value& entry : entries) {
-      const std::size_t index = result_.buttons.size();
       const std::string path = element(keys::buttons, index);
       expect({Type::dictionary}, entry, path);
       const Dictionary button = entry.dictionary().value_or(Dictionary());
@@ -284,15 +316,17 @@ class Inspector {
       expect({Type::boolean, Type::integer, Type::string}, button, keys::delayDismiss, path);
       const auto identifier = button.string(keys::buttonIdentifier);
       InspectedButton inspected;
+      inspected.identifier = identifier;
       if (!identifier) {
         find(codes::buttonNoBid, join(path, keys::buttonIdentifier));
       } else if (const auto [first, isNew] = firstOf.try_emplace(*identifier, index); isNew) {
         inspected = tapped(*identifier, button, path);
       } else {
-        find(codes::buttonBidRepeated, join(path, keys::buttonIdentifier), {*identifier});
-        inspected = result_.buttons[first->second];
+        find(codes::buttonBidRepeated, join(path, keys::buttonIdentifier), {cut(*identifier)});
+        inspected.sameAs = first->second;
       }
-      result_.buttons.push_back(std::move(inspected));
+      result_.buttons.add(std::move(inspected), mostListed);
+      ++index;
     }
   }
 
@@ -315,7 +349,15 @@ class Inspector {
             MVLNotificationContentExtension::shouldDelayDismissForNotificationResponse(response)};
   }
 
+  struct Unfilled {
+    std::string tag;
+    std::string firstAction;
+    std::size_t actions;
+  };
+
   const Dictionary& payload_;
+  std::vector<Unfilled> unfilled_;
+  std::map<std::string, std::size_t> unfilledAt_;  // where a tag stands there
   Inspection result_;
 };
 

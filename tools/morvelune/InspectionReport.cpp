@@ -19,30 +19,33 @@ std::string compact(const Dictionary& dictionary) {
   return dictionary.empty() ? "" : shown(toJson(dictionary).dump());
 }
 
-std::string trackingText(const std::vector<InspectedAction>& tracking) {
+std::string trackingText(const Listed<InspectedAction>& tracking) {
   Rows rows;
-  for (const InspectedAction& action : tracking) {
-    rows.push_back({shown(action.name), action.url.value_or("no address")});
+  for (const InspectedAction& action : tracking.entries) {
+    rows.push_back({shown(action.name), shown(action.url.value_or("no address"))});
   }
-  return section("\nTracking", rows);
+  return section("\nTracking", std::move(rows), tracking.more);
 }
 
-std::string attachmentsText(const std::vector<InspectedAttachment>& attachments) {
+std::string attachmentsText(const Listed<InspectedAttachment>& attachments) {
   Rows rows;
-  for (const InspectedAttachment& each : attachments) {
+  for (const InspectedAttachment& each : attachments.entries) {
     rows.push_back({shown(each.identifier), each.typeByName.value_or("no type by name"),
-                    each.url.value_or("no valid address")});
+                    shown(each.url.value_or("no valid address"))});
   }
-  return section("\nAttachments", rows);
+  return section("\nAttachments", std::move(rows), attachments.more);
 }
 
-std::string buttonsText(const std::vector<InspectedButton>& buttons) {
+std::string buttonsText(const Listed<InspectedButton>& buttons) {
   Rows rows;
-  for (const InspectedButton& button : buttons) {
+  for (const InspectedButton& button : buttons.entries) {
     rows.push_back({button.identifier ? shown(*button.identifier) : "no identifier",
-                    button.delaysDismiss ? "delays dismissal" : "", compact(button.customParams)});
+                    button.sameAs          ? "taken for an earlier one"
+                    : button.delaysDismiss ? "delays dismissal"
+                                           : "",
+                    compact(button.customParams)});
   }
-  return section("\nButtons", rows);
+  return section("\nButtons", std::move(rows), buttons.more);
 }
 
 std::string customParamsText(const Dictionary& customParams) {
@@ -50,7 +53,7 @@ std::string customParamsText(const Dictionary& customParams) {
   for (const auto& [key, value] : customParams) {
     rows.push_back({shown(key), shown(toJson(value).dump())});
   }
-  return section("\nCustom parameters", rows);
+  return section("\nCustom parameters", std::move(rows));
 }
 
 // Through the base class: the keys are known to differ, and looking each one up again would take
@@ -59,8 +62,9 @@ ordered_json trackingJson(const std::vector<InspectedAction>& tracking) {
   ordered_json::object_t object;
   ordered_json::object_t::Container& entries = object;
   for (const InspectedAction& action : tracking) {
-    entries.emplace_back(action.name,
-                         ordered_json{{"url", orNull(action.url)}, {"unfilled", action.unfilled}});
+    ordered_json json{{"url", orNull(action.url)}, {"unfilled", action.unfilled.entries}};
+    if (action.unfilled.more > 0) json["unfilledMore"] = action.unfilled.more;
+    entries.emplace_back(action.name, std::move(json));
   }
   return object;
 }
@@ -78,11 +82,28 @@ ordered_json attachmentsJson(const std::vector<InspectedAttachment>& attachments
 ordered_json buttonsJson(const std::vector<InspectedButton>& buttons) {
   ordered_json list = ordered_json::array();
   for (const InspectedButton& button : buttons) {
-    list.push_back({{"bid", orNull(button.identifier)},
-                    {"customParams", toJson(button.customParams)},
-                    {"delayDismiss", button.delaysDismiss}});
+    if (button.sameAs) {
+      list.push_back({{"bid", orNull(button.identifier)}, {"sameAs", *button.sameAs}});
+    } else {
+      list.push_back({{"bid", orNull(button.identifier)},
+                      {"customParams", toJson(button.customParams)},
+                      {"delayDismiss", button.delaysDismiss}});
+    }
   }
   return list;
+}
+
+// How many entries of each list are not there; lists that are whole have none.
+ordered_json moreJson(const Inspection& inspection) {
+  ordered_json more = ordered_json::object();
+  const auto add = [&more](const char* list, std::size_t count) {
+    if (count > 0) more[list] = count;
+  };
+  add("tracking", inspection.tracking.more);
+  add("attachments", inspection.attachments.more);
+  add("buttons", inspection.buttons.more);
+  for (const auto& [code, count] : inspection.findings.more()) more["findings"][code] = count;
+  return more;
 }
 
 }  // namespace
@@ -99,26 +120,28 @@ std::string textReport(const std::string& name, const Inspection& inspection) {
 ordered_json jsonReport(ordered_json head, const Inspection& inspection) {
   head["recognised"] = inspection.recognised;
   head["bytes"] = inspection.bytes;
-  head["tracking"] = trackingJson(inspection.tracking);
-  head["attachments"] = attachmentsJson(inspection.attachments);
-  head["buttons"] = buttonsJson(inspection.buttons);
+  head["tracking"] = trackingJson(inspection.tracking.entries);
+  head["attachments"] = attachmentsJson(inspection.attachments.entries);
+  head["buttons"] = buttonsJson(inspection.buttons.entries);
   head["customParams"] = toJson(inspection.customParams);
   head["findings"] = findingsJson(inspection.findings);
+  if (ordered_json more = moreJson(inspection); !more.empty()) head["more"] = std::move(more);
   return head;
 }
 
 std::string findingsText(const Findings& findings) {
-  std::string text = findings.empty() ? "" : "Findings\n";
-  for (const Finding& each : findings) {
+  std::string text = findings.kept().empty() ? "" : "Findings\n";
+  for (const Finding& each : findings.kept()) {
     text += "  " + nameOf(each.code->severity) + ' ' + std::string(each.code->name) + " at " +
-            shown(each.path) + "\n    " + each.message + '\n';
+            shown(cut(each.path)) + "\n    " + each.message + '\n';
   }
+  for (const auto& [code, count] : findings.more()) text += andMore(count, code);
   return text;
 }
 
 ordered_json findingsJson(const Findings& findings) {
   ordered_json list = ordered_json::array();
-  for (const Finding& each : findings) {
+  for (const Finding& each : findings.kept()) {
     list.push_back({{"code", each.code->name},
                     {"severity", nameOf(each.code->severity)},
                     {"path", each.path},

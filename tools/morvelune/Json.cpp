@@ -1,5 +1,7 @@
 #include "tools/morvelune/Json.h"
 
+#include <algorithm>
+
 namespace morvelune::tool {
 namespace {
 
@@ -18,6 +20,16 @@ ordered_json arrayOf(const Array& array) {
   ordered_json::array_t values;
   for (const Value& value : array) values.push_back(toJson(value));
   return values;
+}
+
+// Deeper than this, the blanks before a line would soon be more than what stands on it.
+constexpr int deepestIndented = 16;
+
+bool isDeeperThan(const ordered_json& json, int levels) {
+  if (!json.is_structured()) return false;
+  return levels == 0 || std::any_of(json.begin(), json.end(), [levels](const ordered_json& each) {
+           return isDeeperThan(each, levels - 1);
+         });
 }
 
 }  // namespace
@@ -45,6 +57,7 @@ ordered_json toJson(const Value& value) {
 }
 
 std::string dump(const ordered_json& json, int indent) {
+  if (indent > 0 && isDeeperThan(json, deepestIndented)) indent = -1;
   return json.dump(indent, ' ', false, ordered_json::error_handler_t::replace);
 }
 

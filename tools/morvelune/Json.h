@@ -19,8 +19,9 @@ template <typename T>
   return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
 }
 
-// As text; on one line, unless `indent` says how many blanks a level is indented by. What a server
-// or a file system says need not be UTF-8: bad bytes are replaced rather than thrown at.
+// As text; on one line, unless `indent` says how many blanks a level is indented by and there are
+// no more than 16 levels. What a server or a file system says need not be UTF-8: bad bytes are
+// replaced rather than thrown at.
 [[nodiscard]] std::string dump(const nlohmann::ordered_json& json, int indent = -1);
 
 }  // namespace morvelune::tool

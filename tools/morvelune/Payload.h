@@ -11,7 +11,7 @@
 namespace morvelune::tool {
 
 // Eight times the most that the push service carries, so that a payload that is too large is still
-// worth a look, and the quadratic work on one stays short.
+// worth a look.
 inline constexpr std::size_t maximumPayloadBytes = 1 << 15;
 // Objects and arrays within one another, the payload itself included.
 inline constexpr std::size_t maximumPayloadDepth = 512;

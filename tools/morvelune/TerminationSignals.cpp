@@ -1,5 +1,6 @@
 #include "tools/morvelune/TerminationSignals.h"
 
+#include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -32,6 +33,11 @@ TerminationSignals::TerminationSignals() {
 TerminationSignals::~TerminationSignals() {
   close(descriptor_);
   pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+}
+
+bool TerminationSignals::haveCome() const {
+  pollfd waiting{descriptor_, POLLIN, 0};
+  return poll(&waiting, 1, 0) > 0;
 }
 
 }  // namespace morvelune::tool

@@ -18,6 +18,8 @@ class TerminationSignals {
 
   // Readable, for poll(), once such a signal has come.
   [[nodiscard]] int descriptor() const { return descriptor_; }
+  // Whether one has.
+  [[nodiscard]] bool haveCome() const;
 
  private:
   sigset_t previous_{};

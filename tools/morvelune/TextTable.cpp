@@ -4,23 +4,47 @@
 #include <cstddef>
 
 #include "morvelune/platform/SystemLog.h"
+#include "platform/Printable.h"
 
 namespace morvelune::tool {
 namespace {
 
-std::size_t widthOf(const std::string& text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+bool startsCharacter(char c) {
+  return (c & 0xC0) != 0x80;
+}
+
+std::size_t widthOf(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), startsCharacter));
 }
 
 }  // namespace
 
-std::string aligned(const Rows& rows) {
+std::string cut(std::string_view text) {
+  const std::size_t width = widthOf(text);
+  if (width <= mostCharacters) return std::string(text);
+  const std::string length = "… (" + std::to_string(width) + " characters)";
+  std::size_t end = 0;
+  for (std::size_t left = mostCharacters - widthOf(length); left > 0; --left) {
+    do ++end;
+    while (end < text.size() && !startsCharacter(text[end]));
+  }
+  return std::string(text.substr(0, end)) + length;
+}
+
+std::string andMore(std::size_t more, std::string_view of) {
+  if (more == 0) return "";
+  return "  and " + std::to_string(more) + " more" + (of.empty() ? "" : " ") + std::string(of) +
+         '\n';
+}
+
+std::string aligned(const Rows& all) {
+  Rows rows = all;
   std::vector<std::size_t> widths;
-  for (const auto& row : rows) {
+  for (auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-      widths[i] = std::max(widths[i], widthOf(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      row[i] = cut(row[i]);
+      if (i + 1 < row.size()) widths[i] = std::max(widths[i], widthOf(row[i]));
     }
   }
   std::string text;
@@ -36,8 +60,13 @@ std::string aligned(const Rows& rows) {
   return text;
 }
 
-std::string section(const std::string& heading, const Rows& rows) {
-  return rows.empty() ? "" : heading + '\n' + aligned(rows);
+std::string section(const std::string& heading, Rows rows, std::size_t more) {
+  if (rows.empty()) return "";
+  if (rows.size() > mostRows) {
+    more += rows.size() - mostRows;
+    rows.resize(mostRows);
+  }
+  return heading + '\n' + aligned(rows) + andMore(more);
 }
 
 std::string formatted(std::string_view format,
@@ -52,7 +81,7 @@ std::string formatted(std::string_view format,
 }
 
 std::string shown(std::string_view text) {
-  return formatted("%@", {text});
+  return printable(text);
 }
 
 }  // namespace morvelune::tool

@@ -96,7 +96,7 @@ int run(const TypeOptions& options) {
     try {
       files.push_back(typed(path));
     } catch (const std::runtime_error& error) {
-      std::cerr << "morvelune: " << shown(path) << ": " << error.what() << '\n';
+      std::cerr << "morvelune: " << shown(path) << ": " << shown(error.what()) << '\n';
       status = exitFailed;
     }
   }

@@ -14,6 +14,7 @@
 #include "tools/morvelune/DeliverCommand.h"
 #include "tools/morvelune/ExitStatus.h"
 #include "tools/morvelune/InspectCommand.h"
+#include "tools/morvelune/TextTable.h"
 #include "tools/morvelune/TypeCommand.h"
 
 namespace {
@@ -49,7 +50,7 @@ int run(int argc, char** argv) {
   CLI::App app{"Shows what a device would make of a push before it is sent.", "morvelune"};
   app.set_version_flag("--version", "morvelune " MORVELUNE_VERSION);
   app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
-    return "morvelune: " + std::string(error.what()) + "\nSee: " + failed->get_name() + " --help\n";
+    return "morvelune: " + shown(error.what()) + "\nSee: " + failed->get_name() + " --help\n";
   });
   app.require_subcommand(1);
   int status = exitSuccess;
@@ -76,7 +77,7 @@ int main(int argc, char** argv) {
     if (std::cout.flush()) return status;
     std::cerr << "morvelune: standard output cannot be written\n";
   } catch (const std::exception& error) {
-    std::cerr << "morvelune: " << error.what() << '\n';
+    std::cerr << "morvelune: " << shown(error.what()) << '\n';
   }
   return exitFailed;
 }

@@ -26,6 +26,12 @@ namespace morvelune {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+[[nodiscard]] inline bool isASCII(std::string_view text) {
+  unsigned char all = 0;  // looks at several at once, where an early end would look at each
+  for (const char c : text) all |= static_cast<unsigned char>(c);
+  return all < 0x80;
+}
+
 [[nodiscard]] inline std::string asciiLowercased(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(),

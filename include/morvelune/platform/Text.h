@@ -31,9 +31,16 @@ class MORVELUNE_API Text {
   // itself, exact also where a change of case changes a character's length. Two letters are alike
   // when their lower case is; how a letter is read never depends on what stands beside it. A
   // platform whose own search folds case, as Apple's does, finds a little more ("s" in "ſ"). The
-  // location is NSNotFound when there is none; an empty pattern is not found.
+  // location is NSNotFound when there is none; an empty pattern is not found. On Linux the time
+  // grows with the length of the two; on Apple's platforms it is that of their own search, which
+  // promises none.
   [[nodiscard]] virtual NSRange rangeIgnoringCase(std::string_view pattern,
                                                   std::string_view text) const = 0;
+  // The text with one letter in the place of all that are alike for rangeIgnoringCase(): two texts
+  // fold to the same one when each is found in all of the other. ASCII letters are in lower case,
+  // other ASCII stays, and nothing else folds to a character that is neither a letter nor a mark.
+  // Each character is folded by itself.
+  [[nodiscard]] virtual std::string caseFolded(std::string_view text) const = 0;
   // Whether the whole text matches a regular expression in ICU syntax. False for a bad expression,
   // and when matching exceeds the platform's bounds: on Linux about a second, or ICU's stack, which
   // some 250,000 digits can fill.

@@ -33,6 +33,14 @@
 
 @end
 
+@implementation NSString (Standin)
+
+- (NSString*)stringByFoldingWithOptions:(NSStringCompareOptions)options locale:(NSLocale*)locale {
+  return [self lowercaseString];
+}
+
+@end
+
 @implementation NSData (Standin)
 
 + (instancetype)dataWithContentsOfURL:(NSURL*)url

@@ -47,6 +47,12 @@ typedef struct {
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version;
 @end
 
+@interface NSString (Standin)
+// Folds as the base library's own search without case does, whatever the options.
+- (NSString*)stringByFoldingWithOptions:(NSStringCompareOptions)options
+                                 locale:(nullable NSLocale*)locale;
+@end
+
 typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) { NSDataReadingMappedIfSafe = 1 };
 
 @interface NSData (Standin)
