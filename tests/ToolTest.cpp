@@ -10,6 +10,7 @@
 // "serve" says, all of which must be asked for, "@temporary" the tool's folder for temporary files.
 // In a report, at the places that JSON pointers name, "text*" is any text that begins so, "#" any
 // number and "..." anything. "sizes" are those of lists there.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -32,6 +33,8 @@ namespace morvelune::testing {
 namespace {
 
 using nlohmann::ordered_json;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
 using Pointer = ordered_json::json_pointer;
 
 // Sanitizers keep memory of their own.
@@ -360,15 +363,20 @@ TEST_F(ToolTest, GoodServersAreNotHeldUpByDishonestOnes) {
   checkPeak(ended);
 }
 
-TEST_F(ToolTest, PrintsNoEscapeOfItsEnvironment) {
+TEST_F(ToolTest, TellsWhatIsWrongWithItsFolderAndPrintsNoEscape) {
   const std::string errors = files_.path() + "/errors";
-  EXPECT_NE(std::system(("echo '{}' | TMPDIR=$(printf '/none\\033\\233') " MORVELUNE_PATH
-                         " deliver - 2>" +
-                         errors)
-                            .c_str()),
-            0);
-  EXPECT_NE(contentsOf(errors).find("no temporary folder in /none\\u001B\\x9B"), std::string::npos)
-      << contentsOf(errors);
+  const auto errorsOf = [&](const std::string& environment) {
+    const std::string command =
+        "echo '{}' | env " + environment + " " MORVELUNE_PATH " deliver - 2>" + errors + " >&2";
+    EXPECT_NE(std::system(command.c_str()), -1);
+    return contentsOf(errors);
+  };
+  EXPECT_THAT(errorsOf("TMPDIR=$(printf '/none\\033\\233')"),
+              HasSubstr("no temporary folder in /none\\u001B\\x9B"));
+  EXPECT_THAT(errorsOf("ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" FAILING_CALLS
+                       " FAIL_CALL='remove 1' FAIL_MARK=" +
+                       files_.path() + "/mark TMPDIR=" + files_.path()),
+              ContainsRegex("morvelune: /.*/morvelune-.* cannot be removed: .* busy"));
 }
 
 // The answer comes while the program still waits for more.

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -69,6 +70,11 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned flags) noexcept {
   if (fails("rename")) return failed(ENOSPC);
   return next(&renameat2, "renameat2", fromFolder, from, toFolder, to, flags);
+}
+
+int remove(const char* path) noexcept {
+  if (fails("remove")) return failed(EBUSY);
+  return next(&remove, "remove", path);
 }
 
 }  // extern "C"

@@ -1,7 +1,7 @@
 // PrivateFolder: a temporary folder of the process's own that goes away with all that it holds.
 #pragma once
 
-#include <filesystem>
+#include <string>
 
 namespace morvelune::tool {
 
@@ -10,14 +10,15 @@ class PrivateFolder {
   // In $TMPDIR, else /tmp; nobody else may enter it. Throws std::system_error when it cannot be
   // made.
   PrivateFolder();
+  // Says so on standard error when it cannot be removed.
   ~PrivateFolder();
   PrivateFolder(const PrivateFolder&) = delete;
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
-  std::filesystem::path path_;
+  std::string path_;
 };
 
 }  // namespace morvelune::tool
