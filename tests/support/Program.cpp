@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +32,7 @@ pid_t Program::start(Names arguments, const std::string& input) {
   posix_spawn_file_actions_addopen(&actions, 0, in.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 1, out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addopen(&actions, 2, err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  getrusage(RUSAGE_SELF, &own_);
   pid_t pid = -1;
   const int error = posix_spawnp(&pid, "env", &actions, nullptr, pointers.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
@@ -51,6 +51,7 @@ Ended Program::wait(pid_t pid) {
   ended.out = contentsOf(out_);
   ended.err = contentsOf(err_);
   ended.peakKilobytes = usage.ru_maxrss;
+  ended.makersKilobytes = own_.ru_maxrss;
   EXPECT_EQ(temporary_.names(), Names{});
   return ended;
 }

@@ -4,6 +4,7 @@
 //   const Ended ended = morvelune.run({"type", "photo.png"});
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -19,6 +20,8 @@ struct Ended {
   std::string err;
   double seconds = 0;
   long peakKilobytes = 0;
+  long makersKilobytes =
+      0;  // what that is at least: the peak of this process as it started the other
 
   [[nodiscard]] nlohmann::ordered_json report() const { return nlohmann::ordered_json::parse(out); }
 };
@@ -44,6 +47,7 @@ class Program {
   std::string out_ = streams_.path() + "/out";
   std::string err_ = streams_.path() + "/err";
   std::chrono::steady_clock::time_point started_;
+  rusage own_{};
 };
 
 }  // namespace morvelune::testing
