@@ -17,6 +17,7 @@ let package = Package(
         "CMakePresets.json",
         "MorveluneExtension.podspec",
         "README.md",
+        "SECURITY.md",
         "apple/CocoaPods.modulemap",
         "bench",
         "cmake",
