@@ -197,6 +197,11 @@ TEST(FaceTest, NumbersAreInsertedAlikeInEveryLocale) {
   EXPECT_EQ(filled, "1234567.50.1");
 }
 
+TEST(FaceTest, ATextEndsWhereItsViewDoes) {
+  const std::string_view cut("%7ca%7c", 6);
+  EXPECT_EQ(Urls::filledURL(cut, Dictionary{{"a", "1"}}), cut);
+}
+
 TEST(FaceTest, LogLinesHoldValuesAsFarAsTheyGo) {
   InMemoryPlatform memory;
   SystemLog& log = *Platform::current()->systemLog;
