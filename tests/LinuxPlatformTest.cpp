@@ -15,6 +15,7 @@
 #include <set>
 
 #include "detection/MediaTypes.h"
+#include "morvelune/MVLURLHelpers.h"
 #include "morvelune/UIScreenMorvelune.h"
 #include "platform/linux/AcceptedMedia.h"
 #include "platform/linux/LinuxServices.h"

@@ -309,7 +309,9 @@ TEST_F(LinuxURLSessionTest, SilentServersHoldUpNobodyHoweverMany) {
   for (int i = 0; i < silent / 2; ++i) start(url, answered(200, ""));
   std::this_thread::sleep_for(100ms);
   const std::size_t first = origin.requests().size();
-  if (steady_clock::now() - begun < 200ms) EXPECT_LE(first, 64U) << "more than may move";
+  if (steady_clock::now() - begun < 200ms) {
+    EXPECT_LE(first, 64U) << "more than may move";
+  }
   EXPECT_EQ(endings.wait(silent), endings.wanted());
 }
 
