@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "detection/MediaTypes.h"
 #include "morvelune/MVLPushHelpers.h"
 #include "morvelune/MVLURLHelpers.h"
 
@@ -26,14 +25,6 @@ void trackingURL(benchmark::State& state) {
   }
 }
 BENCHMARK(trackingURL);
-
-// The last row of the table, and none.
-void typeOfContent(benchmark::State& state, const std::string& bytes) {
-  const Data data = Data::copyOf(bytes);
-  for (auto _ : state) benchmark::DoNotOptimize(detection::typeOfContent(data));
-}
-BENCHMARK_CAPTURE(typeOfContent, avi, "RIFF....AVI LIST");
-BENCHMARK_CAPTURE(typeOfContent, unknown, "0123456789abcdef");
 
 }  // namespace
 }  // namespace morvelune

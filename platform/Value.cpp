@@ -272,6 +272,13 @@ bool operator==(const Value& left, const Value& right) {
   return true;
 }
 
+Value::Value() = default;
+Value::Value(const Value& other) = default;
+Value::Value(Value&& other) noexcept = default;
+Value& Value::operator=(const Value& other) = default;
+Value& Value::operator=(Value&& other) noexcept = default;
+Value::~Value() = default;
+
 Value::Type Value::type() const {
   // In the order of the variant's alternatives: both integer ones are one type.
   constexpr Type types[] = {Type::null,       Type::boolean, Type::integer, Type::integer,

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building and testing need, if any is missing.
+# Installs the Debian packages that building and testing need, if any is missing; with --peers also
+# those that scripts/bench.sh measures beside the library.
 set -euo pipefail
 
 packages=(
@@ -16,6 +17,7 @@ packages=(
   # The Objective-C face.
   libgnustep-base-dev gnustep-make libobjc-12-dev libblocksruntime-dev
 )
+[ "${1:-}" = --peers ] && packages+=(nginx-light curl jq libmagic-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -15,6 +15,7 @@
 #include <set>
 
 #include "detection/MediaTypes.h"
+#include "morvelune/MVLURLHelpers.h"
 #include "morvelune/UIScreenMorvelune.h"
 #include "platform/linux/AcceptedMedia.h"
 #include "platform/linux/LinuxServices.h"
@@ -141,15 +142,16 @@ TEST(LinuxLocaleDeathTest, ReadsTheLocaleOfTheProcess) {
   }
 }
 
-// In this locale "I" has no "i" as its lower case.
-TEST(LinuxLocaleDeathTest, AddressesAreReadAlikeInEveryLocale) {
+// In this locale "I" has no "i" as its lower case, and a comma stands before decimals.
+TEST(LinuxLocaleDeathTest, AddressesAreReadAndFilledAlikeInEveryLocale) {
   const TemporaryDirectory locales;
   const std::string turkish = locales.path() + "/tr_TR.ISO-8859-9";
   ASSERT_EQ(std::system(("localedef -i tr_TR -f ISO-8859-9 " + turkish).c_str()), 0);
   const auto readFileURL = [&locales] {
     ::setenv("LOCPATH", locales.path().c_str(), 1);
     if (std::setlocale(LC_ALL, "tr_TR.ISO-8859-9") == nullptr) ::_exit(2);
-    ::_exit(URL::parse("FILE:///a")->isFileURL() ? 0 : 1);
+    const auto filled = MVLURLHelpers::filledURL("|n|", Dictionary{{"n", 2.5}});
+    ::_exit(URL::parse("FILE:///a")->isFileURL() && filled == "2.5" ? 0 : 1);
   };
   EXPECT_EXIT(readFileURL(), ::testing::ExitedWithCode(0), "");
 }

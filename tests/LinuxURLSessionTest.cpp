@@ -302,6 +302,19 @@ TEST_F(LinuxURLSessionTest, WaitsForDescriptorsRatherThanFail) {
   setrlimit(RLIMIT_NOFILE, &before);
 }
 
+TEST_F(LinuxURLSessionTest, SilentServersHoldUpNobodyHoweverMany) {
+  constexpr int silent = 140;  // more than may move at once; none is answered before all have come
+  const std::string url = origin.serve("/", {.requests = silent});
+  const auto begun = steady_clock::now();
+  for (int i = 0; i < silent / 2; ++i) start(url, answered(200, ""));
+  std::this_thread::sleep_for(100ms);
+  const std::size_t first = origin.requests().size();
+  if (steady_clock::now() - begun < 200ms) {
+    EXPECT_LE(first, 64U) << "more than may move";
+  }
+  EXPECT_EQ(endings.wait(silent), endings.wanted());
+}
+
 TEST_F(LinuxURLSessionTest, ASlowCompletionHoldsUpNoTransfer) {
   constexpr std::size_t size = 8 << 20;  // more than sockets buffer
   const auto large = makeLinuxURLSession({.temporaryDirectory = folder.path()});

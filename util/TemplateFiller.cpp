@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 #include <limits>
-#include <locale>
 #include <memory>
-#include <sstream>
 #include <tuple>
 #include <utility>
 
@@ -20,21 +20,21 @@ namespace morvelune {
 namespace {
 
 // The first of its texts with 15, 16 and 17 significant digits that reads back as the same number,
-// such as "2.5" or "1e+300".
+// such as "2.5" or "1e+300". Written and read as the process's locale does, whose decimal point is
+// all that differs; std::to_chars, which knows no locale, is missing on older systems of Apple's.
 std::string shortestText(double number) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  for (int digits = std::numeric_limits<double>::digits10;
-       digits <= std::numeric_limits<double>::max_digits10; ++digits) {
-    text.str("");
-    text.precision(digits);
-    text << number;
-    std::istringstream back(text.str());
-    back.imbue(std::locale::classic());
-    double read = 0;
-    if (back >> read && read == number) break;
+  using Limits = std::numeric_limits<double>;
+  std::array<char, 48> written{};  // 24 characters at most, and however long a decimal point is
+  for (int digits = Limits::digits10; digits <= Limits::max_digits10; ++digits) {
+    std::snprintf(written.data(), written.size(), "%.*g", digits, number);
+    if (std::strtod(written.data(), nullptr) == number) break;
   }
-  return text.str();
+  const std::string_view text = written.data();
+  constexpr std::string_view others = "0123456789+-abcdefghijklmnopqrstuvwxyz";  // "inf", too
+  const std::size_t point = text.find_first_not_of(others);
+  if (point == std::string_view::npos) return std::string(text);
+  const std::size_t decimals = text.find_first_of(others, point);
+  return std::string(text.substr(0, point)).append(".").append(text.substr(decimals));
 }
 
 bool isReadable(const Value& value) {

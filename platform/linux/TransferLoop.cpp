@@ -16,6 +16,13 @@ using std::chrono::milliseconds;
 // Nothing needs the loop to wake by itself: this only keeps a wait within an int.
 constexpr milliseconds longestWait = std::chrono::hours(1);
 
+// How many transfers that move may run at once, and how long one moves after it was last heard.
+// Each holds some 25 KB of libcurl's, so that 256 at once would take 7 MB, which an extension does
+// not have, and are no faster. One that stands still does not count, so that no silent server holds
+// back another's answer for longer.
+constexpr std::size_t mostMoving = 64;
+constexpr milliseconds movesFor(200);
+
 // How many transfers may run at once: each has at most two descriptors at a time, such as a socket
 // and a file, and the process needs others. A limit that is raised later does not count.
 std::size_t transfersByDescriptors() {
@@ -90,8 +97,7 @@ void TransferLoop::run() {
     int running = 0;
     curl_multi_perform(multi_.get(), &running);
     finishEnded();
-    const milliseconds wait = failIdle();
-    if (!waiting_.empty() && transfers_.size() < maximumTransfers_) continue;
+    const milliseconds wait = std::min(failIdle(), untilRoom());
     curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);
   }
   failAll();
@@ -106,10 +112,25 @@ bool TransferLoop::admitStarted() {
     started.swap(started_);
   }
   std::move(started.begin(), started.end(), std::back_inserter(waiting_));
-  for (; !waiting_.empty() && transfers_.size() < maximumTransfers_; waiting_.pop_front()) {
+  for (; untilRoom() == milliseconds::zero(); waiting_.pop_front()) {
     admit(std::move(waiting_.front()));
   }
   return true;
+}
+
+// Zero when a waiting request may start now; else when one may, unless a transfer ends before.
+milliseconds TransferLoop::untilRoom() const {
+  if (waiting_.empty() || transfers_.size() >= maximumTransfers_) return longestWait;
+  const auto now = std::chrono::steady_clock::now();
+  milliseconds next = longestWait;
+  std::size_t moving = 0;
+  for (const auto& [handle, transfer] : transfers_) {
+    const auto left = transfer->lastActivity() + movesFor - now;
+    if (left.count() <= 0) continue;
+    next = std::min(next, std::chrono::ceil<milliseconds>(left));
+    ++moving;
+  }
+  return moving < mostMoving ? milliseconds::zero() : next;
 }
 
 void TransferLoop::admit(TransferRequest request) {

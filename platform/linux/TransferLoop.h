@@ -44,6 +44,7 @@ class TransferLoop {
   // On the loop's thread.
   void run();
   [[nodiscard]] bool admitStarted();
+  [[nodiscard]] std::chrono::milliseconds untilRoom() const;
   void admit(TransferRequest request);
   void finishEnded();
   [[nodiscard]] std::chrono::milliseconds failIdle();

@@ -24,6 +24,7 @@ struct Answer {
   std::optional<std::string> suggestedFilename = {};
   std::optional<Error> error = {};
   bool hasFile = true;
+  std::size_t fileSize = 0;  // when not 0, a download's file is that long: the body, then zeros
 };
 
 // The native files, but for what differs from run to run: unique strings are numbered, and a move
@@ -65,6 +66,7 @@ class InMemoryURLSession : public URLSession,
       if (!answer.hasFile) return completion({}, response, {});
       const std::string name = "download" + std::to_string(++downloads_) + ".tmp";
       const std::string path = folder.write(name, answer.body);
+      if (answer.fileSize != 0) std::filesystem::resize_file(path, answer.fileSize);
       completion(URL::fileURL(path), response, answer.error);
       std::filesystem::remove(path);
     });

@@ -31,7 +31,7 @@ class MORVELUNE_API URLSessionTask {
   virtual void resume() = 0;
 };
 
-// All started tasks run at once, as far as the system's resources go, each a GET with the session's
+// All started tasks run at once, as far as the system's resources go, memory among them, each a GET with the session's
 // defaults. Completions are called one at a time on the session's own callback thread, which is not
 // the thread that moves bytes, so a slow completion holds back other completions but no transfer.
 // The completion of each started task is called exactly once, whatever happens, and is released

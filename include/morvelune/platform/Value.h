@@ -56,7 +56,12 @@ class MORVELUNE_API Value {
     opaque  // an object of the platform that the library does not interpret, such as a date
   };
 
-  Value() = default;  // null
+  Value();  // null
+  Value(const Value& other);
+  Value(Value&& other) noexcept;
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+  ~Value();
   Value(std::nullptr_t) {}
   Value(bool value) : held_(value) {}
   template <NumberInteger T>
