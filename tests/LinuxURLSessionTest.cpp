@@ -143,6 +143,7 @@ class LinuxURLSessionTest : public ::testing::Test {
 
   static std::shared_ptr<LinuxURLSession> makeSession(const std::string& folder) {
     return makeLinuxURLSession({.idleTimeout = 2s,
+                                .resourceTimeout = 5s,
                                 .maximumRedirects = 3,
                                 .maximumDataBytes = bound,
                                 .maximumDownloadBytes = bound,
@@ -270,19 +271,21 @@ TEST_F(LinuxURLSessionTest, FailsWhenTheDiskDoes) {
 }
 
 TEST_F(LinuxURLSessionTest, FailsAtOnceWhereTheSystemGivesNoThreadOrSocket) {
-  const auto url = URL::parse(origin.serve("/a", {}));
-  const auto shortOf = [&](std::atomic<int>& what, int left) {
+  const std::string url = origin.serve("/a", {});
+  const auto shortOf = [&](std::atomic<int>& what, int left, const std::string& of) {
     what = left;
     session = makeSession(folder.path());
-    endings.startBoth(*session, url, failed(NSURLErrorResourceUnavailable));
+    start(of, failed(NSURLErrorResourceUnavailable));
     endings.wait(endings.wanted().size());
     what = enough;
   };
   for (auto* what : {&threadsLeft, &socketsLeft}) {
-    for (const int left : {0, 1}) shortOf(*what, left);
-    start(url->absoluteString(), answered(200, ""));  // as soon as there is enough again
+    for (const int left : {0, 1}) shortOf(*what, left, url);
+    start(url, answered(200, ""));  // as soon as there is enough again
     endings.wait(endings.wanted().size());
   }
+  shortOf(threadsLeft, 2, "http://name.example/");  // none to look it up on
+  shortOf(socketsLeft, 1, "http://name.example/");
   EXPECT_EQ(endings.wait(endings.wanted().size()), endings.wanted());
   session->invalidateAndCancel();
   sigset_t held;
@@ -293,7 +296,7 @@ TEST_F(LinuxURLSessionTest, FailsAtOnceWhereTheSystemGivesNoThreadOrSocket) {
 TEST_F(LinuxURLSessionTest, WaitsForDescriptorsRatherThanFail) {
   rlimit before{};
   getrlimit(RLIMIT_NOFILE, &before);
-  const rlimit few{64 + 2 * 4, before.rlim_max};
+  const rlimit few{64 + 4 * 4, before.rlim_max};
   setrlimit(RLIMIT_NOFILE, &few);
   session = makeSession(folder.path());
   origin.serve("/a", {.body = "a"});

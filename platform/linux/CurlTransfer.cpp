@@ -120,6 +120,7 @@ CURLcode CurlTransfer::configure() {
   const auto set = [this, &result](CURLoption option, auto value) {
     if (result == CURLE_OK) result = curl_easy_setopt(handle(), option, value);
   };
+  set(CURLOPT_ERRORBUFFER, said_.data());
   set(CURLOPT_URL, request_.url->absoluteString().c_str());
   set(CURLOPT_PATH_AS_IS, 1L);
   set(CURLOPT_PROTOCOLS_STR, "http,https");  // of redirects too
@@ -160,14 +161,15 @@ CURLcode CurlTransfer::configure() {
 
 curl_socket_t CurlTransfer::openSocket(const curl_sockaddr& to) {
   const int socket = ::socket(to.family, to.socktype | SOCK_CLOEXEC, to.protocol);
-  if (socket >= 0) return socket;
-  if (errno != EAFNOSUPPORT) failure_ = errorOf(NSURLErrorResourceUnavailable);
-  return CURL_SOCKET_BAD;
+  hasNoSocket_ =
+      socket < 0 && (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM);
+  return socket >= 0 ? socket : CURL_SOCKET_BAD;
 }
 
 bool CurlTransfer::receiveHeader(std::size_t bytes) {
   lastActivity_ = std::chrono::steady_clock::now();
-  headerBytes_ += static_cast<std::int64_t>(bytes);
+  constexpr std::int64_t keepingALine = 64;
+  headerBytes_ += static_cast<std::int64_t>(bytes) + keepingALine;
   if (headerBytes_ > options_.maximumHeaderBytes) failure_ = headersTooLarge();
   return headerBytes_ <= options_.maximumHeaderBytes;
 }
@@ -215,10 +217,20 @@ FinishedTransfer CurlTransfer::fail(Error error) {
   return failedWith(std::move(error), std::move(request_));
 }
 
+// Whether the system gave no socket, or no thread to look up the name on.
+bool CurlTransfer::isStarved(CURLcode result) const {
+  if (result == CURLE_COULDNT_CONNECT) return hasNoSocket_;
+  const std::string_view said = said_.data();
+  return result == CURLE_COULDNT_RESOLVE_HOST && said.find("thread") != std::string_view::npos;
+}
+
 Error CurlTransfer::errorOfResult(CURLcode result) const {
   if (failure_) return *failure_;
+  if (isStarved(result)) return errorOf(NSURLErrorResourceUnavailable);
   // What libcurl says of a header line longer than it takes, too.
-  if (result == CURLE_OUT_OF_MEMORY && headerBytes_ > 0) return headersTooLarge();
+  long sent = 0;
+  curl_easy_getinfo(handle(), CURLINFO_REQUEST_SIZE, &sent);
+  if (result == CURLE_OUT_OF_MEMORY && sent > 0) return headersTooLarge();
   // libcurl says "unsupported protocol" of a redirect to another scheme, and of an answer from an
   // HTTP server that is not HTTP.
   if (result == CURLE_UNSUPPORTED_PROTOCOL && URL::unchecked(effectiveURL()).isHTTP()) {

@@ -3,6 +3,7 @@
 
 #include <curl/curl.h>
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -75,6 +76,7 @@ class CurlTransfer {
   [[nodiscard]] bool receive(std::span<const std::byte> bytes);
   [[nodiscard]] std::optional<int> writeToFile(std::span<const std::byte> bytes);
   [[nodiscard]] FinishedTransfer fail(Error error);
+  [[nodiscard]] bool isStarved(CURLcode result) const;
   [[nodiscard]] Error errorOfResult(CURLcode result) const;
   [[nodiscard]] bool isDownload() const {
     return request_.destination == BodyDestination::temporaryFile;
@@ -86,10 +88,12 @@ class CurlTransfer {
   TransferRequest request_;
   const URLSessionOptions& options_;
   std::chrono::steady_clock::time_point lastActivity_ = std::chrono::steady_clock::now();
+  std::array<char, CURL_ERROR_SIZE> said_{};  // by libcurl, of its error
   std::unique_ptr<CURL, HandleDeleter> handle_;
   std::unique_ptr<TemporaryFile> file_;  // of a download whose body has begun
   std::vector<std::byte> data_;
-  std::int64_t received_ = 0;     // bytes of the decoded body
+  std::int64_t received_ = 0;  // bytes of the decoded body
+  bool hasNoSocket_ = false;
   std::int64_t headerBytes_ = 0;  // of all answers, redirects and trailers included
   std::optional<Error> failure_;  // why one of libcurl's callbacks refused
 };

@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
@@ -27,6 +28,10 @@ std::string downloadFolder(const std::string& wanted) {
 }
 
 URLSessionOptions resolved(URLSessionOptions options) {
+  for (std::chrono::seconds* limit : {&options.idleTimeout, &options.resourceTimeout}) {
+    *limit =
+        std::clamp(*limit, URLSessionOptions::shortestTimeout, URLSessionOptions::longestTimeout);
+  }
   options.temporaryDirectory = downloadFolder(options.temporaryDirectory);
   return options;
 }
@@ -111,6 +116,7 @@ class Sessions {
  public:
   void add(const std::shared_ptr<LinuxURLSession>& session) {
     const std::lock_guard lock(mutex_);
+    owner_ = getpid();  // a forked child ends the sessions that it makes itself
     std::erase_if(sessions_, [](const auto& each) { return each.expired(); });
     sessions_.push_back(session);
   }
@@ -129,7 +135,7 @@ class Sessions {
     return std::exchange(sessions_, {});
   }
 
-  const pid_t owner_ = getpid();
+  std::atomic<pid_t> owner_ = getpid();
   std::mutex mutex_;
   std::vector<std::weak_ptr<LinuxURLSession>> sessions_;
 };

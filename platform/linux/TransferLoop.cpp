@@ -23,14 +23,15 @@ constexpr milliseconds longestWait = std::chrono::hours(1);
 constexpr std::size_t mostMoving = 64;
 constexpr milliseconds movesFor(200);
 
-// How many transfers may run at once: each has at most two descriptors at a time, such as a socket
-// and a file, and the process needs others. A limit that is raised later does not count.
+// How many transfers may run at once: each has at most four descriptors at a time, in a lookup two
+// or three, then two sockets of which one will do, and a file. The process needs others. A limit
+// that is raised later does not count.
 std::size_t transfersByDescriptors() {
   constexpr rlim_t others = 64;
   rlimit limit{};
   getrlimit(RLIMIT_NOFILE, &limit);
   const rlim_t wanted = std::min<rlim_t>(limit.rlim_cur, 1 << 20);  // it may be "infinite"
-  return wanted > others + 2 ? (wanted - others) / 2 : 1;
+  return wanted > others + 4 ? (wanted - others) / 4 : 1;
 }
 
 // Called as a session is made: what libcurl's own start registers to run at the exit of the process
@@ -40,6 +41,7 @@ CURLM* makeMulti(std::size_t maximumTransfers) {
   CURLM* const multi = initialised == CURLE_OK ? curl_multi_init() : nullptr;
   // libcurl keeps connections for later requests; those must not take the descriptors of others.
   curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, static_cast<long>(maximumTransfers));
+  curl_multi_setopt(multi, CURLMOPT_MAX_TOTAL_CONNECTIONS, static_cast<long>(maximumTransfers));
   return multi;
 }
 
@@ -98,7 +100,10 @@ void TransferLoop::run() {
     curl_multi_perform(multi_.get(), &running);
     finishEnded();
     const milliseconds wait = std::min(failIdle(), untilRoom());
-    curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);
+    const int timeout = static_cast<int>(wait.count());
+    if (curl_multi_poll(multi_.get(), nullptr, 0, timeout, nullptr) != CURLM_OK) {
+      std::this_thread::sleep_for(std::min(wait, milliseconds(10)));  // where it cannot wait
+    }
   }
   failAll();
 }

@@ -132,12 +132,15 @@ void LoopbackOrigin::answer(int connection, Reply reply) {
   }
   for (const auto& [name, value] : reply.headers) head += name + ": " + value + "\r\n";
   if (reply.fate == Fate::headless) head.clear();
-  if (reply.fate == Fate::cutShort || reply.fate == Fate::stall) {
+  if (reply.fate == Fate::cutShort || reply.fate == Fate::stall || reply.fate == Fate::drip) {
     reply.body.resize(reply.body.size() / 2);
   }
   const std::string all = head.empty() ? reply.body : head + "\r\n" + reply.body;
   send(connection, all.data(), all.size(), MSG_NOSIGNAL);
   if (reply.fate == Fate::stall) endsWithin(connection, -1);
+  while (reply.fate == Fate::drip && !endsWithin(connection, 200)) {
+    send(connection, "\0", 1, MSG_NOSIGNAL);
+  }
 }
 
 Reply LoopbackOrigin::replyTo(const ReceivedRequest& request) {

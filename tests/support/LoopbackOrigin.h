@@ -25,8 +25,9 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 struct Reply {
   // What becomes of the answer: sent whole; the connection reset before any byte; the connection
   // closed after half of the body that Content-Length promises; nothing ever sent; the head and
-  // half of the body sent and then nothing more; the body sent alone, without a head.
-  enum class Fate : std::uint8_t { whole, reset, cutShort, silent, stall, headless };
+  // half of the body sent and then nothing more, or a byte now and then; the body sent alone,
+  // without a head.
+  enum class Fate : std::uint8_t { whole, reset, cutShort, silent, stall, drip, headless };
 
   int status = 200;
   // With {"Connection", "close"} the answer has no Content-Length and ends with the connection.

@@ -84,7 +84,8 @@ Reply replyOf(const ordered_json& any) {
   using Fate = Reply::Fate;
   static const std::map<std::string, Fate> fates = {
       {"whole", Fate::whole},   {"reset", Fate::reset}, {"cutShort", Fate::cutShort},
-      {"silent", Fate::silent}, {"stall", Fate::stall}, {"headless", Fate::headless}};
+      {"silent", Fate::silent}, {"stall", Fate::stall}, {"headless", Fate::headless},
+      {"drip", Fate::drip}};
   const auto given =
       checked(any, {"status", "headers", "body", "size", "delayMs", "requests", "fate"});
   Reply reply{.status = given.value("status", 200),

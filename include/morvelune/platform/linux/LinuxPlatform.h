@@ -25,10 +25,13 @@ struct URLSessionOptions {
   static constexpr std::chrono::seconds defaultIdleTimeout{60};
   // iOS's default for a whole request, redirects included: seven days.
   static constexpr std::chrono::seconds defaultResourceTimeout{7 * 24 * 60 * 60};
+  // What a time-out may be, at most as much as libcurl can count; others count as the nearer one.
+  static constexpr std::chrono::seconds shortestTimeout{1};
+  static constexpr std::chrono::seconds longestTimeout{24 * 24 * 60 * 60};
   // As many as iOS is known to follow.
   static constexpr long defaultMaximumRedirects = 20;
   // Far above the headers of any answer that means well.
-  static constexpr std::int64_t defaultMaximumHeaderBytes = 256 << 10;
+  static constexpr std::int64_t defaultMaximumHeaderBytes = 64 << 10;
   // Far above any answer to a tracking request, which is read and thrown away.
   static constexpr std::int64_t defaultMaximumDataBytes = 1 << 20;
   // Above the largest attachment that iOS shows, a movie of 50 MB.
@@ -37,7 +40,8 @@ struct URLSessionOptions {
   std::chrono::seconds idleTimeout = defaultIdleTimeout;
   std::chrono::seconds resourceTimeout = defaultResourceTimeout;
   long maximumRedirects = defaultMaximumRedirects;
-  // Headers of all answers to a request: redirects, and trailers behind a body, count too.
+  // Headers of all answers to a request: redirects, and trailers behind a body, count too. A line
+  // counts 64 bytes more than it has, because that is the least that keeping it takes.
   std::int64_t maximumHeaderBytes = defaultMaximumHeaderBytes;
   std::int64_t maximumDataBytes = defaultMaximumDataBytes;          // decoded body of a data task
   std::int64_t maximumDownloadBytes = defaultMaximumDownloadBytes;  // decoded body of a download
@@ -102,8 +106,8 @@ class MORVELUNE_API LinuxURLSession : public URLSession {
 // A session of its own, with two threads that start when they are first needed. While the system
 // gives it no thread or no socket, a request fails with NSURLErrorResourceUnavailable, and its
 // completion may be called by resume(). As many requests run at once as the limit of descriptors
-// allows when the session is made (two each, of all but 64), but of those whose server was heard, or
-// that began, within the last 200 ms only 64; the others wait in line, where no time-out counts.
+// allows when the session is made (four each, of all but 64), but of those whose server was heard,
+// or that began, within the last 200 ms only 64; the others wait in line, where no time-out counts.
 [[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxURLSession> makeLinuxURLSession(
     const URLSessionOptions& options = {});
 
