@@ -119,7 +119,8 @@ class Deliveries:
         self.work = work
         self.origin = Origin(work / 'origin')
 
-    def measure(self, count, size, rounds):
+    def measure(self, count, size, rounds, more=()):
+        """`more` is what curl is told beside."""
         (self.origin.folder / f'{size}.png').write_bytes(PNG + os.urandom(size - len(PNG)))
         urls = [f'http://{self.origin.address}/{size}.png?{i}' for i in range(count)]
         push = self.work / 'push.json'
@@ -131,8 +132,8 @@ class Deliveries:
         config.write_text(''.join(f'url = "{url}"\noutput = "{got}/{i}"\n'
                                   for i, url in enumerate(urls)))
         return pairs(rounds, lambda: Run([TOOL, 'deliver', '--strict', str(push)]),
-                     lambda: Run(['curl', '-q', '--silent', '--fail', '--parallel', '--config',
-                                  str(config)]))
+                     lambda: Run(['curl', '-q', '--silent', '--fail', '--parallel', *more,
+                                  '--config', str(config)]))
 
 
 def seconds(value):
@@ -214,8 +215,11 @@ def deliveries(table, work):
         one, many = (peaks['deliver'][i][1] * MEGABYTE for i in (0, -1))
         table.add('peak memory of 256, more than of one', megabytes(many), f'one {megabytes(one)}',
                   (many - one) / MEGABYTE, megabytes(many - one), 4, ' MB')
-        table.add('peak memory of 256', megabytes(many), f'curl {megabytes(memory[1])}',
-                  memory[2], f'{memory[2]:.2f}', 1.0)
+        at_once = compared(measured.measure(256, MEGABYTE, 5, ('--parallel-max', '256')), 'peak')
+        for name, (ours, peer, ratio), limit in (('256 at once', at_once, 1.0),
+                                                 ('50 at once', memory, None)):
+            table.add('peak memory of 256', megabytes(ours), f'curl, {name} {megabytes(peer)}',
+                      ratio, f'{ratio:.2f}', limit)
         by_size = {name: [] for name in times}
         for size in (10_000, 100_000, MEGABYTE, 9 * MEGABYTE):
             for name, peak in zip(by_size, compared(measured.measure(8, size, 5), 'peak')):

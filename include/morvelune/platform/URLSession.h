@@ -31,14 +31,14 @@ class MORVELUNE_API URLSessionTask {
   virtual void resume() = 0;
 };
 
-// All started tasks run at once, as far as the system's resources go, memory among them, each a GET with the session's
-// defaults. Completions are called one at a time on the session's own callback thread, which is not
-// the thread that moves bytes, so a slow completion holds back other completions but no transfer.
-// The completion of each started task is called exactly once, whatever happens, and is released
-// soon after it returned; it must not throw. When a request fails, the error is present and data,
-// location and response are empty; otherwise the error is empty and the others are present. The
-// library decides by the error only: a download that gives neither an error nor a location counts
-// as a file that can be neither read nor moved.
+// All started tasks run at once, as far as the system's resources go, memory among them, each a GET
+// with the session's defaults. Completions are called one at a time on the session's own callback
+// thread, which is not the thread that moves bytes, so a slow completion holds back other
+// completions but no transfer. The completion of each started task is called exactly once, whatever
+// happens, and is released soon after it returned; it must not throw. When a request fails, the
+// error is present and data, location and response are empty; otherwise the error is empty and the
+// others are present. The library decides by the error only: a download that gives neither an error
+// nor a location counts as a file that can be neither read nor moved.
 class MORVELUNE_API URLSession {
  public:
   using DataCompletion =

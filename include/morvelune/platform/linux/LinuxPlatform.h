@@ -102,8 +102,8 @@ class MORVELUNE_API LinuxURLSession : public URLSession {
 // A session of its own, with two threads that start when they are first needed. While the system
 // gives it no thread or no socket, a request fails with NSURLErrorResourceUnavailable, and its
 // completion may be called by resume(). As many requests run at once as the limit of descriptors
-// allows when the session is made (two each, of all but 64), but of those whose server was heard, or
-// that began, within the last 200 ms only 64; the others wait in line, where no time-out counts.
+// allows when the session is made (two each, of all but 64), but of those whose server was heard,
+// or that began, within the last 200 ms only 64; the others wait in line, where no time-out counts.
 [[nodiscard]] MORVELUNE_API std::shared_ptr<LinuxURLSession> makeLinuxURLSession(
     const URLSessionOptions& options = {});
 
