@@ -2,7 +2,7 @@
 import math
 
 WIDTH, HEIGHT = 560, 340
-LEFT, RIGHT, TOP, BOTTOM = 64, 16, 40, 52
+LEFT, RIGHT, TOP, BOTTOM = 64, 28, 40, 52
 COLOURS = ('#0b62a4', '#c2410c')
 NAMED = {'&': '&amp;', '<': '&lt;', '>': '&gt;'}
 
@@ -40,11 +40,11 @@ def grid(across, up):
     for tick in across.ticks():
         x = across.place(tick)
         yield f'<path class="grid" d="M{x:.1f} {TOP}V{HEIGHT - BOTTOM}"/>'
-        yield text(x, HEIGHT - BOTTOM + 16, f'{tick:,g}', 'text-anchor="middle"')
+        yield text(x, HEIGHT - BOTTOM + 16, f'{tick:,.10g}', 'text-anchor="middle"')
     for tick in up.ticks():
         y = up.place(tick)
         yield f'<path class="grid" d="M{LEFT} {y:.1f}H{WIDTH - RIGHT}"/>'
-        yield text(LEFT - 6, y + 4, f'{tick:,g}', 'text-anchor="end"')
+        yield text(LEFT - 6, y + 4, f'{tick:,.10g}', 'text-anchor="end"')
 
 
 def curve(index, label, points, across, up):
