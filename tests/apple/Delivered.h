@@ -38,10 +38,11 @@ class Delivered {
  private:
   std::mutex mutex_;
   std::vector<morvelune::Origin> contents_;
-  const morvelune::Origin handler_ = morvelune::apple::retained(^(UNNotificationContent* content) {
-    const std::lock_guard lock(mutex_);
-    contents_.push_back(morvelune::apple::retained(content));
-  });
+  const morvelune::Origin handler_ =
+      morvelune::apple::retained(morvelune::apple::autoreleased([^(UNNotificationContent* content) {
+        const std::lock_guard lock(mutex_);
+        contents_.push_back(morvelune::apple::retained(content));
+      } copy]));
 };
 
 inline UNNotificationRequest* requestOf(NSDictionary* userInfo) {
