@@ -16,10 +16,6 @@
 // Must live until its handler has been called for the last time.
 class Delivered {
  public:
-  Delivered() = default;
-  Delivered(const Delivered&) = delete;
-  Delivered& operator=(const Delivered&) = delete;
-
   [[nodiscard]] morvelune::apple::HandlerBlock handler() const {
     return morvelune::apple::objectOf(handler_);
   }

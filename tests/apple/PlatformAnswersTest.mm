@@ -4,12 +4,9 @@
 
 #include <atomic>
 
-#include "Delivered.h"
 #include "Standins.h"
 #include "morvelune/platform/Platform.h"
 #import "platform/apple/Conversion.h"
-#include "support/LoopbackOrigin.h"
-#include "support/Media.h"
 
 #import <MorveluneExtension/MorveluneExtension.h>
 
@@ -24,8 +21,6 @@
 @end
 
 namespace {
-
-using namespace morvelune::testing;
 
 using morvelune::Platform;
 using morvelune::apple::autoreleased;
@@ -59,12 +54,6 @@ NSURL* encodeAndParse(id, SEL, NSString* text) {
       initWithString:[text stringByAddingPercentEncodingWithAllowedCharacters:kept]]);
 }
 
-Replaced encodingParser() {
-  return {
-    [NSURL class], @selector(URLWithString:), encodeAndParse
-  };
-}
-
 NSURL* trackingURL(NSString* url, NSString* display) {
   return [MVLPushHelpers trackingURLForAction:@"display"
                               forNotification:@{
@@ -74,7 +63,7 @@ NSURL* trackingURL(NSString* url, NSString* display) {
 
 TEST(PlatformsParserTest, DecidesWhatAnAddressIs) {
   EXPECT_EQ(trackingURL(@"https://h", @"é b"), nil) << "as in an older app";
-  const Replaced replaced = encodingParser();
+  const Replaced replaced([NSURL class], @selector(URLWithString:), encodeAndParse);
   EXPECT_TRUE([trackingURL(@"https://h", @"é b").absoluteString isEqual:@"https:/h/%C3%A9%20b"]);
   EXPECT_EQ(parsesOfUnencoded, 1);
 }
@@ -85,30 +74,6 @@ TEST(PlatformsParserTest, AnAddressThatItAcceptsIsKept) {
   ASSERT_TRUE(url.has_value());
   EXPECT_EQ(url->absoluteString(), "http://h/{é b}%zz");
   EXPECT_EQ(url->path(), "/{é b}%zz");
-}
-
-TEST(PlatformsParserTest, WhatItEncodesIsFetched) {
-  LoopbackOrigin origin;
-  origin.serve("/%C3%A9.png", {.body = pngBytes()});
-  const auto address = [&origin](const char* path) {
-    return [NSString stringWithUTF8String:origin.url(path).c_str()];
-  };
-  NSDictionary* userInfo = @{
-    @"k2tid" : @"1",
-    @"mvl-tk" :
-        @{@"url" : address("/track"), @"display" : @"d?p=|p|", @"params" : @{@"p" : @"a b"}},
-    @"mvl-atts" : @[ @{@"att-id" : @"a", @"att-url" : address("/é.png")} ]
-  };
-  const Replaced replaced = encodingParser();
-  Delivered delivered;
-  MVLNotificationServiceExtension* extension =
-      autoreleased([[MVLNotificationServiceExtension alloc] init]);
-  [extension didReceiveNotificationRequest:requestOf(userInfo)
-                        withContentHandler:delivered.handler()];
-  EXPECT_EQ(delivered.wait(1).attachments.count, 1U);
-  std::set<std::string> targets;
-  for (const auto& request : origin.requests()) targets.insert(request.target);
-  EXPECT_EQ(targets, (std::set<std::string>{"/%C3%A9.png", "/track/d?p=a%20b"}));
 }
 
 std::pair<BOOL, NSError*> nextMove;

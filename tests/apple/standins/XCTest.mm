@@ -32,10 +32,7 @@
 @end
 
 void StandinExpectEqual(id a, id b, const char* file, int line) {
-  if (a != b && ![a isEqual:b]) {
-    ADD_FAILURE_AT(file, line) << [[a description] UTF8String] << " is not "
-                               << [[b description] UTF8String];
-  }
+  if (a != b && ![a isEqual:b]) ADD_FAILURE_AT(file, line) << [[a description] UTF8String];
 }
 
 unsigned StandinRunTests(NSString* className) {
