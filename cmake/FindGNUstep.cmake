@@ -3,8 +3,8 @@
 #
 #   GNUstep::Manual  without automatic reference counting
 #   GNUstep::ARC     with it; the code is for a newer runtime and needs its entry points
-#   GNUstep::IOS     with it, for the runtime of iOS; the code cannot be linked. The compiler does not check
-#                    what iOS 13 and extensions may use: for that it needs Apple's target and headers.
+#   GNUstep::IOS     with it, for the runtime of iOS; the code cannot be linked. What iOS 13 has, and what
+#                    extensions may use, is not checked: the compiler does that for Apple's target alone.
 include(FindPackageHandleStandardArgs)
 find_program(GNUSTEP_CONFIG gnustep-config)
 find_package_handle_standard_args(GNUstep REQUIRED_VARS GNUSTEP_CONFIG)

@@ -5,11 +5,11 @@ set -euo pipefail
 [ $# -gt 0 ] || { echo "usage: $0 OBJECT..." >&2; exit 2; }
 root=$(dirname "$0")/..
 
-# The owners of symbols, by their names; the first that fits counts. Of the frameworks that have much
-# that is newer than iOS 13, or not for extensions, or that another framework shares a prefix with,
-# what is used is listed. "newer-than-iOS-13" is what the C++ library lacks on iOS 13: what is not inline of
-# to_chars and from_chars, which is that of floating-point numbers, and memory resources. What every program on iOS is linked with is "system"; "test"
-# is what GNUstep's headers, glibc and the sanitizers put in place of it.
+# The owners of symbols, by their names; the first that fits counts. Where a framework has much that
+# is newer than iOS 13 or not for extensions, or shares a prefix with another one, what is used is
+# listed. "newer-than-iOS-13" is what the C++ library lacks there: to_chars and from_chars, but for what
+# is inline (that of integers), and memory resources. What every program on iOS is linked with is
+# "system"; "test" is what GNUstep's headers, glibc and the sanitizers put in place of it.
 owners='
 newer-than-iOS-13  ^_Z.*(8to_chars|10from_chars|3pmr)
 Foundation         ^(OBJC_(META)?CLASS_\$_)?NS[A-Z]

@@ -93,7 +93,8 @@ TEST(PlatformsFileManagerTest, TheErrorDecidesWhetherAMoveFailed) {
   nextMove = {NO, nil};
   EXPECT_FALSE(Platform::native()->fileManager->moveItem(file, file).has_value());
   nextMove = {YES, failure};
-  EXPECT_EQ(Platform::native()->fileManager->moveItem(file, file)->localizedDescription, "full");
+  const auto error = Platform::native()->fileManager->moveItem(file, file);
+  EXPECT_TRUE(error && error->localizedDescription == "full");
 }
 
 NSString* nextName = nil;

@@ -43,12 +43,7 @@
 + (instancetype)dataWithContentsOfURL:(NSURL*)url
                               options:(NSDataReadingOptions)options
                                 error:(NSError**)error {
-  NSString* const path = [url path];
-  NSFileManager* const files = [NSFileManager defaultManager];
-  // The base library complains on stderr when it is asked to map no bytes.
-  const bool map = [[files attributesOfItemAtPath:path error:nullptr] fileSize] > 0;
-  return map && options == NSDataReadingMappedIfSafe ? [self dataWithContentsOfMappedFile:path]
-                                                     : [self dataWithContentsOfFile:path];
+  return [self dataWithContentsOfFile:[url path]];
 }
 
 @end
