@@ -3,7 +3,8 @@
 #
 #   GNUstep::Manual  without automatic reference counting
 #   GNUstep::ARC     with it; the code is for a newer runtime and needs its entry points
-#   GNUstep::IOS     as the package managers compile for an extension on iOS; the code cannot be linked
+#   GNUstep::IOS     with it, for the runtime of iOS; the code cannot be linked. What iOS 13 has, and what
+#                    extensions may use, is not checked: the compiler does that for Apple's target alone.
 include(FindPackageHandleStandardArgs)
 find_program(GNUSTEP_CONFIG gnustep-config)
 find_package_handle_standard_args(GNUstep REQUIRED_VARS GNUSTEP_CONFIG)

@@ -48,11 +48,11 @@ class AppleText : public Text {
   [[nodiscard]] std::string addingPercentEscapes(std::string_view text) const override {
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"  // called before iOS 9 only
-    const CFStringRef escaped = CFURLCreateStringByAddingPercentEscapes(
-        kCFAllocatorDefault, (__bridge CFStringRef)toNative(text), nullptr,
-        (__bridge CFStringRef) @"!*'();:@&=+$,/?%#[]", kCFStringEncodingUTF8);
+    NSString* escaped = autoreleasedFromCoreFoundation(CFURLCreateStringByAddingPercentEscapes(
+        kCFAllocatorDefault, coreFoundation<CFStringRef>(toNative(text)), nullptr,
+        coreFoundation<CFStringRef>(@"!*'();:@&=+$,/?%#[]"), kCFStringEncodingUTF8));
 #pragma clang diagnostic pop
-    return fromNative(static_cast<NSString*>(CFBridgingRelease(escaped)));
+    return fromNative(escaped);
   }
 
   [[nodiscard]] std::optional<std::string> removingPercentEncoding(

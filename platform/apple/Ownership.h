@@ -32,4 +32,16 @@ namespace morvelune::apple {
   return origin != nullptr ? CFBridgingRelease(CFRetain(origin.get())) : nil;
 }
 
+// The Core Foundation object that is `object`, for as long as the expression that asks for it.
+template <typename Ref>
+[[nodiscard]] Ref coreFoundation(id object) {
+  return static_cast<Ref>((__bridge CFTypeRef)object);
+}
+
+// A new object that a function of Core Foundation created, handed to the caller's autorelease pool;
+// nil for null.
+[[nodiscard]] inline id autoreleasedFromCoreFoundation(CFTypeRef created) {
+  return CFBridgingRelease(created);
+}
+
 }  // namespace morvelune::apple

@@ -57,9 +57,8 @@ TEST(AppDeliveryTest, AnAppFindsWhatTheToolShows) {
                                    payload.dump());
   ASSERT_EQ(tool.status, 0) << tool.err;
 
-  StandinSetIdentifierForVendor(autoreleased([[NSUUID alloc] initWithUUIDString:native(vendor)]));
-  StandinSetMainScreen(autoreleased([[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
-                                                         fixedOrigin:CGPoint{}]));
+  StandinSetIdentifierForVendor(native(vendor));
+  StandinSetMainScreen([UIScreen screenOfSize:{375, 812} fixedOrigin:{}]);
   Delivered delivered;
   MVLNotificationServiceExtension* extension =
       autoreleased([[MVLNotificationServiceExtension alloc] init]);

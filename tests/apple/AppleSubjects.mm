@@ -10,15 +10,10 @@ namespace {
 
 // The locale is the process's own.
 DeviceAndLocale device(const DeviceState& state) {
-  NSString* vendor = apple::toNative(state.vendor);
-  StandinSetIdentifierForVendor(
-      vendor ? apple::autoreleased([[NSUUID alloc] initWithUUIDString:vendor]) : nil);
-  const CGRect bounds =
-      NSMakeRect(0, 0, state.screen.value_or(Size{}).width, state.screen.value_or(Size{}).height);
-  StandinSetMainScreen(state.screen
-                           ? apple::autoreleased([[UIScreen alloc] initWithBounds:bounds
-                                                                      fixedOrigin:CGPoint{}])
-                           : nil);
+  StandinSetIdentifierForVendor(apple::toNative(state.vendor));
+  const Size size = state.screen.value_or(Size{});
+  UIScreen* screen = [UIScreen screenOfSize:{size.width, size.height} fixedOrigin:{}];
+  StandinSetMainScreen(state.screen ? screen : nil);
   return {apple::makeDevice(), apple::makeLocale()};
 }
 

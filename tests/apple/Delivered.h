@@ -16,10 +16,6 @@
 // Must live until its handler has been called for the last time.
 class Delivered {
  public:
-  Delivered() = default;
-  Delivered(const Delivered&) = delete;
-  Delivered& operator=(const Delivered&) = delete;
-
   [[nodiscard]] morvelune::apple::HandlerBlock handler() const {
     return morvelune::apple::objectOf(handler_);
   }
@@ -38,10 +34,11 @@ class Delivered {
  private:
   std::mutex mutex_;
   std::vector<morvelune::Origin> contents_;
-  const morvelune::Origin handler_ = morvelune::apple::retained(^(UNNotificationContent* content) {
-    const std::lock_guard lock(mutex_);
-    contents_.push_back(morvelune::apple::retained(content));
-  });
+  const morvelune::Origin handler_ =
+      morvelune::apple::retained(morvelune::apple::autoreleased([^(UNNotificationContent* content) {
+        const std::lock_guard lock(mutex_);
+        contents_.push_back(morvelune::apple::retained(content));
+      } copy]));
 };
 
 inline UNNotificationRequest* requestOf(NSDictionary* userInfo) {

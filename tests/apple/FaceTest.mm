@@ -38,8 +38,23 @@ static std::atomic<int> livingExtensions = 0;
 }
 @end
 
-// An app's own extension.
-@interface CountedExtension : MVLNotificationServiceExtension
+static morvelune::Origin lastPosted;
+
+// Notes what the default centre posts.
+@interface Listener : NSObject
+@end
+
+@implementation Listener
++ (void)received:(NSNotification*)notification {
+  lastPosted = morvelune::apple::retained(notification);
+}
+@end
+
+// An app's own extension, which keeps its tasks.
+@interface CountedExtension : MVLNotificationServiceExtension {
+ @public
+  NSArray<NSURLSessionTask*>* tasks;
+}
 @end
 
 @implementation CountedExtension
@@ -49,6 +64,7 @@ static std::atomic<int> livingExtensions = 0;
 }
 - (void)dealloc {
   --livingExtensions;
+  DESTROY(tasks);
   DEALLOC
 }
 @end
@@ -153,6 +169,17 @@ TEST_F(AppleFaceTest, ADownloadKeepsTheExtensionAlive) {
   request();
   EXPECT_NE(delivered.wait(1), nil);
   EXPECT_TRUE(eventually([&] { return livingExtensions == 0; }));
+}
+
+TEST_F(AppleFaceTest, ACompletedTaskDoesNotEvenIfItIsKept) {
+  @autoreleasepool {
+    NSDictionary* userInfo = payload({origin.serve("/a.png", {.body = pngBytes()})});
+    ASSIGN(extension->tasks, [extension attachmentsTasksForNotification:userInfo]);
+    [extension->tasks.firstObject resume];
+    EXPECT_TRUE(eventually([&] { return extension.internalOperationsCount == 0; }));
+    DESTROY(extension);
+  }
+  EXPECT_TRUE(eventually([] { return livingExtensions == 0; }));
 }
 
 TEST_F(AppleFaceTest, TrackingDoesNot) {
@@ -264,9 +291,11 @@ TEST_F(AppleFaceTest, TheStepsSpeakObjectiveC) {
   UNNotificationContent* copy = extension.mvlBestAttemptContent;
   EXPECT_FALSE([copy isKindOfClass:[UNMutableNotificationContent class]]);
   const auto calls = std::make_shared<int>(0);
-  extension.internalContentHandler = ^(UNNotificationContent*) {
-    ++*calls;
-  };
+  @autoreleasepool {
+    extension.internalContentHandler = ^(UNNotificationContent*) {
+      ++*calls;
+    };
+  }
   const auto handler = extension.internalContentHandler;
   extension.internalContentHandler = nil;
   handler(copy);  // it is the caller's as long as its pool
@@ -291,69 +320,48 @@ TEST_F(AppleFaceTest, EveryExtensionHasTheSameMaps) {
 }
 
 TEST_F(AppleFaceTest, BothFacesExportTheSameStrings) {
-  const std::pair<NSString*, const char*> pairs[] = {
-      {::MVLUNCenterTrackingActionReceived, morvelune::MVLUNCenterTrackingActionReceived},
-      {::MVLUNCenterTrackingActionDismissed, morvelune::MVLUNCenterTrackingActionDismissed},
-      {::MVLPayloadAttachmentsKey, morvelune::MVLPayloadAttachmentsKey},
-      {::MVLAttachmentURLKey, morvelune::MVLAttachmentURLKey},
-      {::MVLAttachmentIDKey, morvelune::MVLAttachmentIDKey},
-      {::MVLPayloadTrackingSentKey, morvelune::MVLPayloadTrackingSentKey},
-      {::kMVLNullValue, morvelune::kMVLNullValue},
-      {::kMVLCloseKey, morvelune::kMVLCloseKey},
-      {::kMVLUDIKey, morvelune::kMVLUDIKey},
-      {::MVLUTIMapObjectDataKey, morvelune::MVLUTIMapObjectDataKey},
-      {::MVLUTIMapObjectLengthKey, morvelune::MVLUTIMapObjectLengthKey},
-      {::MVLUTIMapObjectOffsetKey, morvelune::MVLUTIMapObjectOffsetKey}};
+#define BOTH(name) std::pair<NSString*, const char*>(::name, morvelune::name)
+  const auto pairs = {BOTH(MVLUNCenterTrackingActionReceived),
+                      BOTH(kMVLNullValue),
+                      BOTH(MVLUNCenterTrackingActionDismissed),
+                      BOTH(kMVLCloseKey),
+                      BOTH(MVLPayloadAttachmentsKey),
+                      BOTH(MVLAttachmentURLKey),
+                      BOTH(MVLAttachmentIDKey),
+                      BOTH(MVLPayloadTrackingSentKey),
+                      BOTH(kMVLUDIKey),
+                      BOTH(MVLUTIMapObjectDataKey),
+                      BOTH(MVLUTIMapObjectLengthKey),
+                      BOTH(MVLUTIMapObjectOffsetKey)};
   for (const auto& [ours, theirs] : pairs) EXPECT_STREQ(ours.UTF8String, theirs);
 }
 
-}  // namespace
-
-// Notes what the default centre posts.
-@interface Listener : NSObject {
- @public
-  NSNotification* last;
-}
-@end
-
-@implementation Listener
-- (void)received:(NSNotification*)notification {
-  ASSIGN(last, notification);
-}
-- (void)dealloc {
-  DESTROY(last);
-  DEALLOC
-}
-@end
-
-namespace {
-
 TEST(ApplePostTest, ObserversGetTheSameObjectsFromTheMainQueue) {
-  Listener* listener = autoreleased([[Listener alloc] init]);
+  const auto last = []() -> NSNotification* { return morvelune::apple::objectOf(lastPosted); };
   NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
-  [center addObserver:listener selector:@selector(received:) name:@"tapped" object:nil];
+  [center addObserver:[Listener class] selector:@selector(received:) name:@"tapped" object:nil];
   NSDictionary* userInfo = @{@"bid" : @"b1"};
   id sender = counted();
   @autoreleasepool {
     [::MVLCommonHelpers postNotificationOnMainThread:@"tapped" object:sender userInfo:userInfo];
   }
-  EXPECT_EQ(listener->last, nil) << "never before the call has returned";
+  EXPECT_EQ(last(), nil) << "never before the call has returned";
   EXPECT_EQ(StandinDrainMainQueue(), 1U);
-  EXPECT_EQ(listener->last.object, sender);
-  EXPECT_EQ(listener->last.userInfo, userInfo);
+  EXPECT_EQ(last().object, sender);
+  EXPECT_EQ(last().userInfo, userInfo);
   [::MVLCommonHelpers postNotificationOnMainThread:@"tapped" userInfo:@{}];
   EXPECT_EQ(StandinDrainMainQueue(), 1U);
-  EXPECT_TRUE(listener->last.object == nil && [listener->last.userInfo isEqual:@{}]);
+  EXPECT_TRUE(last().object == nil && [last().userInfo isEqual:@{}]);
   [::MVLCommonHelpers postNotificationOnMainThread:@"tapped"];
   [::MVLCommonHelpers postNotificationOnMainThread:nil];
   EXPECT_EQ(StandinDrainMainQueue(), 1U);
-  EXPECT_TRUE(listener->last.object == nil && listener->last.userInfo == nil);
-  [center removeObserver:listener];
+  EXPECT_TRUE(last().object == nil && last().userInfo == nil);
+  [center removeObserver:[Listener class]];
+  lastPosted = nullptr;
 }
 
 TEST(AppleDeviceTest, ReadsAScreenThatIsTurned) {
-  UIScreen* screen = autoreleased([[UIScreen alloc] initWithBounds:NSMakeRect(0, 0, 375, 812)
-                                                       fixedOrigin:{0, 375}]);
+  UIScreen* screen = [UIScreen screenOfSize:{375, 812} fixedOrigin:{0, 375}];
   EXPECT_EQ([screen mvl_currentOrientation], 3);
 }
 

@@ -28,7 +28,8 @@ struct MVLNotificationServiceExtensionCore;
 ///
 /// A request, expiry and reads of the best attempt may come on different threads while completions
 /// run on the shared session's callback queue. The handler is called on the thread that delivers,
-/// and again when tasks finish after time has expired.
+/// and again when tasks finish after time has expired. It is kept until the next request comes: one
+/// that uses the extension itself captures it weakly, or neither is ever released.
 @interface MVLNotificationServiceExtension : UNNotificationServiceExtension {
  @private
   struct MVLNotificationServiceExtensionCore* _core;

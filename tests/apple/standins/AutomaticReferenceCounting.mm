@@ -6,8 +6,7 @@
 #include <objc/message.h>
 #include <objc/runtime.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <cassert>
 #include <typeinfo>
 
 #import <Foundation/Foundation.h>
@@ -62,10 +61,7 @@ struct CompiledModule {
 // in a file that is linked before this one.
 void layOut(CompiledClass& each) {
   const auto superclass = static_cast<Class>(objc_getClass(each.superclass));
-  if (superclass == Nil) {
-    std::fprintf(stderr, "%s is loaded before its superclass %s\n", each.name, each.superclass);
-    std::abort();
-  }
+  assert(superclass != Nil);
   const auto start = static_cast<long>(class_getInstanceSize(superclass));
   each.instanceSize = start - each.instanceSize;
   for (int i = 0; each.variables != nullptr && i < each.variables->count; ++i) {
@@ -92,23 +88,16 @@ extern "C" {
 id objc_retain(id object) {
   return [object retain];
 }
+id objc_retainAutoreleasedReturnValue(id) __attribute__((alias("objc_retain")));
 void objc_release(id object) {
   [object release];
-}
-id objc_autorelease(id object) {
-  return [object autorelease];
 }
 id objc_retainAutorelease(id object) {
   return [[object retain] autorelease];
 }
+id objc_retainAutoreleaseReturnValue(id) __attribute__((alias("objc_retainAutorelease")));
 id objc_autoreleaseReturnValue(id object) {
   return [object autorelease];
-}
-id objc_retainAutoreleaseReturnValue(id object) {
-  return [[object retain] autorelease];
-}
-id objc_retainAutoreleasedReturnValue(id object) {
-  return [object retain];
 }
 void objc_storeStrong(id* place, id object) {
   id const old = *place;
@@ -139,10 +128,8 @@ int __gnustep_objcxx_personality_v0(int version, int actions, unsigned long thro
 }
 
 // In C nothing is caught, but what a function owns is released.
-int __gnustep_objc_personality_v0(int version, int actions, unsigned long thrower, void* exception,
-                                  void* context) {
-  return __gxx_personality_v0(version, actions, thrower, exception, context);
-}
+int __gnustep_objc_personality_v0(int, int, unsigned long, void*, void*)
+    __attribute__((alias("__gnustep_objcxx_personality_v0")));
 
 // Goes before the runtime's own, which it calls.
 void __objc_exec_class(void* loaded) {

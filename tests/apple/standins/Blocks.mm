@@ -10,6 +10,17 @@
 extern "C" void *_NSConcreteStackBlock[32], *_NSConcreteMallocBlock[32],
     *_NSConcreteGlobalBlock[32];
 
+// What every block begins with. The class does not tell where it is: a copy has the original's.
+struct Layout {
+  const void* isa;
+  int flags;
+};
+
+static bool isOnStack(id block) {
+  constexpr int copied = 1 << 24, global = 1 << 28;
+  return (reinterpret_cast<const Layout*>(block)->flags & (copied | global)) == 0;
+}
+
 @interface StandinBlock : NSObject
 @end
 
@@ -27,12 +38,13 @@ extern "C" void *_NSConcreteStackBlock[32], *_NSConcreteMallocBlock[32],
   return static_cast<id>(_Block_copy(self));
 }
 
+// One on the stack stays there until it is copied.
 - (id)retain {
-  return static_cast<id>(_Block_copy(self));
+  return isOnStack(self) ? self : static_cast<id>(_Block_copy(self));
 }
 
 - (oneway void)release {
-  _Block_release(self);
+  if (!isOnStack(self)) _Block_release(self);
 }
 
 @end

@@ -11,17 +11,13 @@ void CFRelease(CFTypeRef object) {
 }
 
 CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef original,
-                                                    CFStringRef charactersToLeaveUnescaped,
+                                                    CFStringRef,
                                                     CFStringRef legalURLCharactersToBeEscaped,
-                                                    CFStringEncoding encoding) {
-  if (encoding != kCFStringEncodingUTF8) return nullptr;
+                                                    CFStringEncoding) {
   NSMutableCharacterSet* const kept = [[NSMutableCharacterSet alloc] init];
   [kept addCharactersInString:@"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
                                "0123456789-_.!~*'();/?:@&=+$,"];
   [kept removeCharactersInString:(NSString*)legalURLCharactersToBeEscaped];
-  if (charactersToLeaveUnescaped != nullptr) {
-    [kept addCharactersInString:(NSString*)charactersToLeaveUnescaped];
-  }
   NSString* const escaped =
       [(NSString*)original stringByAddingPercentEncodingWithAllowedCharacters:kept];
   [kept release];

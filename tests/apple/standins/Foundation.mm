@@ -1,4 +1,4 @@
-#include <sys/stat.h>
+#include <objc/runtime.h>
 
 #include <tuple>
 
@@ -24,10 +24,7 @@
 @implementation NSProcessInfo (Standin)
 
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version {
-  const NSInteger major = 17;
-  const NSInteger minor = 4;
-  const NSInteger patch = 1;
-  return std::tie(major, minor, patch) >=
+  return std::tuple(17, 4, 1) >=
          std::tie(version.majorVersion, version.minorVersion, version.patchVersion);
 }
 
@@ -46,14 +43,13 @@
 + (instancetype)dataWithContentsOfURL:(NSURL*)url
                               options:(NSDataReadingOptions)options
                                 error:(NSError**)error {
-  NSString* const path = [url isFileURL] ? [url path] : @"";
-  // The base library cuts a path at a zero byte, which no file's name holds.
-  const bool named = [path length] > 0 && [[url absoluteString] rangeOfString:@"%00"].length == 0;
-  struct stat status = {};
-  if (!named || ::stat([path UTF8String], &status) != 0 || !S_ISREG(status.st_mode)) return nil;
-  // The base library complains on stderr when it is asked to map no bytes.
-  const bool map = (options & NSDataReadingMappedIfSafe) != 0 && status.st_size > 0;
-  return map ? [self dataWithContentsOfMappedFile:path] : [self dataWithContentsOfFile:path];
+  return [self dataWithContentsOfFile:[url path]];
 }
 
 @end
+
+IMP StandinReplace(Class owner, SEL selector, IMP implementation) {
+  const Method own = class_getInstanceMethod(owner, selector);
+  return method_setImplementation(own ? own : class_getClassMethod(owner, selector),
+                                  implementation);
+}

@@ -15,14 +15,17 @@ NS_ASSUME_NONNULL_BEGIN
                     actionIdentifier:(NSString*)actionIdentifier;
 @end
 
-// A screen for StandinSetMainScreen. The origin of the fixed space is at `fixedOrigin` of the
-// current one.
+// The origin of the fixed space is at `fixedOrigin` of the current one.
 @interface UIScreen (Standin)
-- (instancetype)initWithBounds:(CGRect)bounds fixedOrigin:(CGPoint)fixedOrigin;
++ (UIScreen*)screenOfSize:(CGSize)size fixedOrigin:(CGPoint)fixedOrigin;
 @end
 
-STANDIN_EXPORT void StandinSetIdentifierForVendor(NSUUID* _Nullable identifier);
+STANDIN_EXPORT void StandinSetIdentifierForVendor(NSString* _Nullable identifier);
 STANDIN_EXPORT void StandinSetMainScreen(UIScreen* _Nullable screen);
+
+// Puts another implementation in the place of the class's method, or its objects', and returns the
+// one that was there.
+STANDIN_EXPORT IMP StandinReplace(Class owner, SEL selector, IMP implementation);
 
 // Runs the blocks that wait on the main queue now, in order, and returns their number. Blocks that
 // these queue wait for the next call.

@@ -3,9 +3,9 @@
 static NSUUID* identifierForVendor = nil;
 static UIScreen* mainScreen = nil;
 
-void StandinSetIdentifierForVendor(NSUUID* identifier) {
-  [identifierForVendor autorelease];
-  identifierForVendor = [identifier retain];
+void StandinSetIdentifierForVendor(NSString* identifier) {
+  [identifierForVendor release];
+  identifierForVendor = identifier ? [[NSUUID alloc] initWithUUIDString:identifier] : nil;
 }
 
 void StandinSetMainScreen(UIScreen* screen) {
@@ -38,13 +38,11 @@ void StandinSetMainScreen(UIScreen* screen) {
   return mainScreen;
 }
 
-- (instancetype)initWithBounds:(CGRect)bounds fixedOrigin:(CGPoint)fixedOrigin {
-  self = [super init];
-  if (self != nil) {
-    _bounds = bounds;
-    _fixedOrigin = fixedOrigin;
-  }
-  return self;
++ (UIScreen*)screenOfSize:(CGSize)size fixedOrigin:(CGPoint)fixedOrigin {
+  UIScreen* const screen = [[[UIScreen alloc] init] autorelease];
+  screen->_bounds.size = size;
+  screen->_fixedOrigin = fixedOrigin;
+  return screen;
 }
 
 - (id<UICoordinateSpace>)coordinateSpace {
@@ -52,7 +50,7 @@ void StandinSetMainScreen(UIScreen* screen) {
 }
 
 - (id<UICoordinateSpace>)fixedCoordinateSpace {
-  return [[[UIScreen alloc] initWithBounds:_bounds fixedOrigin:NSZeroPoint] autorelease];
+  return [UIScreen screenOfSize:_bounds.size fixedOrigin:{}];
 }
 
 - (CGPoint)convertPoint:(CGPoint)point fromCoordinateSpace:(id<UICoordinateSpace>)other {
@@ -60,7 +58,4 @@ void StandinSetMainScreen(UIScreen* screen) {
   return NSMakePoint(point.x + _fixedOrigin.x - from.x, point.y + _fixedOrigin.y - from.y);
 }
 
-@end
-
-@implementation UIViewController
 @end

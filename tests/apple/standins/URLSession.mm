@@ -3,35 +3,19 @@
 
 using Completion = void (^)(id body, NSURLResponse* response, NSError* error);
 
-@interface StandinHTTPURLResponse : NSHTTPURLResponse {
-  NSString* _suggestedFilename;
-}
+// Takes the name that it suggests from a field of that name.
+@interface StandinHTTPURLResponse : NSHTTPURLResponse
 @end
 
 @implementation StandinHTTPURLResponse
 
-- (instancetype)initWithURL:(NSURL*)url response:(const morvelune::URLResponse&)response {
-  self = [super initWithURL:url statusCode:response.statusCode HTTPVersion:nil headerFields:nil];
-  const char* const name = response.suggestedFilename ? response.suggestedFilename->c_str() : "";
-  _suggestedFilename = [[NSString alloc] initWithUTF8String:name];
-  return self;
-}
-
-- (void)dealloc {
-  [_suggestedFilename release];
-  [super dealloc];
-}
-
 - (NSString*)suggestedFilename {
-  return _suggestedFilename;
+  return [[self allHeaderFields] objectForKey:@"suggestedFilename"];
 }
 
 @end
 
 namespace {
-
-// What a task's `_state` points to.
-using TaskHandle = std::shared_ptr<morvelune::URLSessionTask>;
 
 // The session behind the shared one. It ends with the process, and all of its tasks with it.
 morvelune::URLSession& session() {
@@ -60,38 +44,51 @@ void registerThread() {
   static thread_local const Registration registration;
 }
 
-auto calling(const void* handler, NSURL* url) {
-  return [block = heldBlock(handler), address = urlOf(url)](const auto& body, const auto& response,
-                                                            const auto& error) {
+NSURLResponse* nativeResponse(const morvelune::URLResponse& response, const morvelune::URL& url) {
+  const std::string name = response.suggestedFilename.value_or("");
+  NSDictionary* const fields =
+      @{@"suggestedFilename" : [NSString stringWithUTF8String:name.c_str()]};
+  return [[[StandinHTTPURLResponse alloc] initWithURL:nativeBody(url)
+                                           statusCode:response.statusCode
+                                          HTTPVersion:nil
+                                         headerFields:fields] autorelease];
+}
+
+auto calling(const std::shared_ptr<void>& block, NSURL* url) {
+  return [block, address = urlOf(url)](const auto& body, const auto& response, const auto& error) {
     registerThread();
     @autoreleasepool {
-      NSURLResponse* const answer =
-          response ? [[[StandinHTTPURLResponse alloc] initWithURL:nativeBody(address)
-                                                         response:*response] autorelease]
-                   : nil;
-      ((Completion)block.get())(body ? nativeBody(*body) : nil, answer,
+      ((Completion)block.get())(body ? nativeBody(*body) : nil,
+                                response ? nativeResponse(*response, address) : nil,
                                 error ? nativeError(*error) : nil);
     }
   };
 }
 
+// What a task's `_state` points to. It keeps its block for as long as it lives, as the platform's
+// may.
+struct State {
+  std::shared_ptr<void> block;
+  std::shared_ptr<morvelune::URLSessionTask> task;
+};
+
 }  // namespace
 
 @implementation NSURLSessionTask
 
-- (instancetype)initWithTask:(const TaskHandle&)task {
-  self = [super init];
-  _state = new TaskHandle(task);
-  return self;
++ (instancetype)taskWithState:(const State&)state {
+  NSURLSessionTask* const task = [[[self alloc] init] autorelease];
+  task->_state = new State(state);
+  return task;
 }
 
 - (void)dealloc {
-  delete static_cast<TaskHandle*>(_state);
+  delete static_cast<State*>(_state);
   [super dealloc];
 }
 
 - (void)resume {
-  (*static_cast<TaskHandle*>(_state))->resume();
+  static_cast<State*>(_state)->task->resume();
 }
 
 @end
@@ -110,14 +107,16 @@ auto calling(const void* handler, NSURL* url) {
 }
 
 - (NSURLSessionDataTask*)dataTaskWithURL:(NSURL*)url completionHandler:(StandinDataHandler)handler {
-  const TaskHandle task = session().dataTask(urlOf(url), calling(handler, url));
-  return [[[NSURLSessionDataTask alloc] initWithTask:task] autorelease];
+  const auto block = heldBlock(handler);
+  const auto task = session().dataTask(urlOf(url), calling(block, url));
+  return [NSURLSessionDataTask taskWithState:{block, task}];
 }
 
 - (NSURLSessionDownloadTask*)downloadTaskWithURL:(NSURL*)url
                                completionHandler:(StandinDownloadHandler)handler {
-  const TaskHandle task = session().downloadTask(urlOf(url), calling(handler, url));
-  return [[[NSURLSessionDownloadTask alloc] initWithTask:task] autorelease];
+  const auto block = heldBlock(handler);
+  const auto task = session().downloadTask(urlOf(url), calling(block, url));
+  return [NSURLSessionDownloadTask taskWithState:{block, task}];
 }
 
 @end

@@ -1,22 +1,17 @@
 #import <XCTest/XCTest.h>
 
 #include <gtest/gtest.h>
-#include <objc/runtime.h>
 
-#include <cstring>
+#include "tests/support/Eventually.h"
+
+#import <GNUstepBase/GSObjCRuntime.h>
 
 @implementation XCTestExpectation
 
-- (void)fulfill {
-  @synchronized(self) {
-    _fulfilled = YES;
-  }
-}
+@synthesize fulfilled = _fulfilled;
 
-- (BOOL)isFulfilled {
-  @synchronized(self) {
-    return _fulfilled;
-  }
+- (void)fulfill {
+  self.fulfilled = YES;
 }
 
 @end
@@ -29,36 +24,24 @@
 
 - (void)waitForExpectations:(NSArray<XCTestExpectation*>*)expectations
                     timeout:(NSTimeInterval)seconds {
-  NSDate* const end = [NSDate dateWithTimeIntervalSinceNow:seconds];
   for (XCTestExpectation* each in expectations) {
-    while (![each isFulfilled] && [end timeIntervalSinceNow] > 0) {
-      [NSThread sleepForTimeInterval:0.001];
-    }
-    EXPECT_TRUE([each isFulfilled]);
+    EXPECT_TRUE(morvelune::testing::eventually([each] { return each.fulfilled; }));
   }
 }
 
 @end
 
 void StandinExpectEqual(id a, id b, const char* file, int line) {
-  if (a != b && ![a isEqual:b]) {
-    ADD_FAILURE_AT(file, line) << [[a description] UTF8String] << " is not "
-                               << [[b description] UTF8String];
-  }
+  if (a != b && ![a isEqual:b]) ADD_FAILURE_AT(file, line) << [[a description] UTF8String];
 }
 
 unsigned StandinRunTests(NSString* className) {
-  const Class tests = NSClassFromString(className);
-  unsigned count = 0, run = 0;
-  Method* const methods = class_copyMethodList(tests, &count);
-  for (unsigned i = 0; i < count; ++i) {
-    const SEL selector = method_getName(methods[i]);
-    if (std::strncmp(sel_getName(selector), "test", 4) != 0) continue;
-    @autoreleasepool {
-      [[[[tests alloc] init] autorelease] performSelector:selector];
-    }
+  XCTestCase* const tests = [[[NSClassFromString(className) alloc] init] autorelease];
+  unsigned run = 0;
+  for (NSString* name in GSObjCMethodNames(tests, NO)) {
+    if (![name hasPrefix:@"test"]) continue;
+    [tests performSelector:NSSelectorFromString(name)];
     ++run;
   }
-  std::free(methods);
   return run;
 }

@@ -3,8 +3,8 @@ import MorveluneExtension.Subclass
 import UIKit
 import UserNotifications
 
-// Every operation by the name that Swift sees. Off Apple's platforms Swift takes an NSString for no
-// String, and imports no function like this one, which the examples call.
+// The names that the headers choose for Swift, and what may be nil there. Off Apple's platforms Swift
+// takes an NSString for no String, and imports no function like this one, which the examples call.
 func NSLog(_ format: String, _ arguments: Any...) {}
 
 func helpers(_ text: NSString, _ notification: UNNotification, _ response: UNNotificationResponse) {
@@ -23,25 +23,19 @@ func helpers(_ text: NSString, _ notification: UNNotification, _ response: UNNot
   let _: NSString? = MVLURLHelpers.filledURL(text, parameters: nil, allParamsRequired: true)
   let _: NSString? = MVLURLHelpers.filledURL(text, parameters: nil)
   let _: NSString? = MVLURLHelpers.filledURL(text)
-  _ = MVLURLHelpers.range(ofTag: text, in: text).location
-  _ = MVLURLHelpers.commonURLParameters().count
 
   let _: Bool = MVLNotificationContentExtension.shouldDelayDismiss(for: response)
   _ = MVLNotificationContentExtension.customParams(forNotification: nil)?.count
   _ = MVLNotificationContentExtension.actionCustomParams(nil, for: response)?.count
-  _ = UNNotificationToDictionary(notification).count
-  _ = FSign(nil, 0, 0).count
 }
 
-func categories(_ text: NSString, _ screen: UIScreen) {
+func categories(_ text: NSString) {
   let _: NSString = text.mvl_MD5String()
   let _: NSString = text.mvl_SHA1String()
   let _: NSString? = text.mvl_currencyString()
-  let _: Bool = text.mvl_isNumberIncrementation()
   let _: NSString = text.mvl_incremented(by: nil, addPositiveSign: true)
   let _: NSString = text.mvl_URLEncodeString()
   let _: NSString? = text.mvl_URLDecodeString()
-  let _: Int = screen.mvl_currentOrientation()
 }
 
 class Steps: MVLNotificationServiceExtension {
@@ -53,14 +47,8 @@ class Steps: MVLNotificationServiceExtension {
     _ = attachmentsTasks(forNotification: payload).count
     let _: NSURLSessionDownloadTask = downloadTask(forAttachment: payload)
     let _: NSURL = saveTempFile(NSURL(), identifier: kMVLNullValue)
-    _ = utiMap().count
-    _ = knownExtensionsMap().count
     let _: NSString? = uti(for: nil)
     let _: NSString? = uti(for: nil, suggestedFilename: nil)
-    let _: UInt = internalOperationsCount
-    _ = internalAttachments.count
     internalContentHandler?(internalBestAttemptContent!)
-    updateBestAttemptContentAttachements()
-    excuteCompletionHandler()
   }
 }

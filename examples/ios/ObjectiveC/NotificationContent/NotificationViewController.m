@@ -2,12 +2,23 @@
 
 #import <MorveluneExtension/MorveluneExtension.h>
 
+@interface NotificationViewController ()
+@property(nonatomic, strong) UILabel* label;
+@end
+
 @implementation NotificationViewController
+
+// An app has a view of its own design.
+- (void)loadView {
+  self.label = [[UILabel alloc] init];
+  self.label.numberOfLines = 0;
+  self.view = self.label;
+}
 
 - (void)didReceiveNotification:(UNNotification*)notification {
   NSDictionary* params = [MVLNotificationContentExtension customParamsForNotification:notification];
-  // An app fills its views here. There are no parameters for a notification of another sender.
-  NSLog(@"custom parameters: %@", params);
+  // There are no parameters for a notification of another sender.
+  self.label.text = params != nil ? params.description : @"none";
 }
 
 - (void)didReceiveNotificationResponse:(UNNotificationResponse*)response

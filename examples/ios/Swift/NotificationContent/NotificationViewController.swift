@@ -5,10 +5,18 @@ import UserNotificationsUI
 
 /// The principal class of the notification content extension.
 class NotificationViewController: UIViewController, UNNotificationContentExtension {
+  private let label = UILabel()
+
+  // An app has a view of its own design.
+  override func loadView() {
+    label.numberOfLines = 0
+    view = label
+  }
+
   func didReceive(_ notification: UNNotification) {
     let params = MVLNotificationContentExtension.customParams(forNotification: notification)
-    // An app fills its views here. There are no parameters for a notification of another sender.
-    NSLog("custom parameters: %@", params.map { "\($0)" } ?? "none")
+    // There are no parameters for a notification of another sender.
+    label.text = params.map { "\($0)" } ?? "none"
   }
 
   func didReceive(

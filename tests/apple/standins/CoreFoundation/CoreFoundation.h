@@ -18,8 +18,7 @@ enum { kCFStringEncodingUTF8 = 0x08000100 };
 STANDIN_EXPORT CFTypeRef CFRetain(CFTypeRef object);
 STANDIN_EXPORT void CFRelease(CFTypeRef object);
 
-// Null for text that the encoding cannot hold, or for another encoding than UTF-8. Only ASCII
-// characters can be left unescaped.
+// Escapes as if there were no characters to leave unescaped, and in UTF-8.
 STANDIN_EXPORT CFStringRef CFURLCreateStringByAddingPercentEscapes(
     CFAllocatorRef allocator, CFStringRef original, CFStringRef charactersToLeaveUnescaped,
     CFStringRef legalURLCharactersToBeEscaped, CFStringEncoding encoding);

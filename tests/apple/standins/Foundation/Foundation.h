@@ -56,7 +56,7 @@ typedef struct {
 typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) { NSDataReadingMappedIfSafe = 1 };
 
 @interface NSData (Standin)
-// Gives no error object.
+// Maps nothing, and gives no error object.
 + (nullable instancetype)dataWithContentsOfURL:(NSURL*)url
                                        options:(NSDataReadingOptions)options
                                          error:(NSError* _Nullable* _Nullable)error;

@@ -26,7 +26,19 @@ typedef NSRect CGRect;
 @property(nonatomic, readonly) id<UICoordinateSpace> coordinateSpace, fixedCoordinateSpace;
 @end
 
+// Nothing but the compiler asks for these.
+@interface UIView : NSObject
+- (instancetype)init;
+@end
+
+@interface UILabel : UIView
+@property(nonatomic, copy, nullable) id text;  // not NSString, which Swift takes for no String here
+@property(nonatomic) NSInteger numberOfLines;
+@end
+
 @interface UIViewController : NSObject
+@property(nonatomic, strong) UIView* view;
+- (void)loadView;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -10,11 +10,13 @@ NS_ASSUME_NONNULL_BEGIN
 @interface XCTestExpectation : NSObject {
   BOOL _fulfilled;
 }
+@property(atomic) BOOL fulfilled;
 - (void)fulfill;
 @end
 
 @interface XCTestCase : NSObject
 - (XCTestExpectation*)expectationWithDescription:(NSString*)description;
+// Ten seconds at most, whatever the timeout.
 - (void)waitForExpectations:(NSArray<XCTestExpectation*>*)expectations
                     timeout:(NSTimeInterval)seconds;
 @end
