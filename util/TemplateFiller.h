@@ -51,6 +51,7 @@ class TemplateFiller {
   // the name may be folded or ASCII in any case.
   static int compare(const Named& left, std::uint64_t beginning, std::string_view name);
 
+  [[nodiscard]] bool doNamesHoldBar() const;
   [[nodiscard]] bool isGiven(std::string_view key) const;
 
   const Dictionary parameters_;
