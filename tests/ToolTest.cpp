@@ -233,7 +233,8 @@ std::string name(int i) {
 }
 
 // Payloads of 32 KB whose parts multiply: addresses by actions, tags by actions, names that hold
-// bars, buttons that repeat a large one, entries of two bytes, blanks before deep lines.
+// bars or are long, characters that JSON writes as six, buttons that repeat a large one, entries of
+// two bytes, blanks before deep lines.
 std::vector<std::string> hostilePayloads() {
   const auto tracking = [](const std::string& url, const std::string& params) {
     const std::size_t rest = 32000 - url.size() - params.size();
@@ -250,6 +251,8 @@ std::vector<std::string> hostilePayloads() {
           tracking(std::string(9000, ' '), ""),
           tracking(many(20000, [](int i) { return "%7c" + name(i); }) + "%7c", ""),
           tracking(std::string(8000, '|'), bars),
+          tracking(std::string(16000, '|'), '"' + std::string(8000, '|') + R"(x":"")"),
+          tracking('|' + again(30000, R"(\u0001)") + '|', ""),
           R"({"k2tb":[{"bid":"b","ccp":{"x":[0)" + again(16000, ",1") + "]}}" +
               again(16000, R"(,{"bid":"b"})") + "]}",
           R"({"mvl-atts":[7)" + again(32000, ",7") + "]}",

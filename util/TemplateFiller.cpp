@@ -96,6 +96,10 @@ bool beginsWith(std::string_view beginning, std::string_view text) {
          });
 }
 
+bool holdsBar(std::string_view text) {
+  return text.find(tagDelimiters[0]) != std::string_view::npos;
+}
+
 // How many bytes of an encoded delimiter the text ends with, when not with a whole one.
 std::size_t begunAtEnd(std::string_view text) {
   std::size_t count = tagDelimiters[1].size() - 1;
@@ -357,7 +361,7 @@ class TemplateFiller::Filling {
   // are filled before encoded ones are read again.
   void insert(std::string_view value) {
     if (kinds_ > 1) {
-      if (filler_.doNamesHoldBar() || value.find(tagDelimiters[0]) != std::string_view::npos) {
+      if (filler_.doNamesHoldBar() || holdsBar(value)) {
         kinds_ = 1;
       } else {
         value = joined(value);
@@ -427,10 +431,15 @@ std::optional<std::string> TemplateFiller::filled(std::string_view url,
   return Filling(*this, allParamsRequired).run(url);
 }
 
-std::size_t TemplateFiller::lengthsAcross() const {
-  std::size_t count = 0;
-  for (const auto& lengths : lengthsAcross_) count += lengths.size();
-  return count;
+std::size_t TemplateFiller::looksPerByte() const {
+  std::size_t looks = 1;
+  for (const auto& lengths : lengthsAcross_) {
+    for (const std::size_t length : lengths) looks += 1 + length;
+  }
+  const auto isReadAgain = [this](const Named& named) {
+    return doNamesHoldBar() || holdsBar(named.entry->value.stringView().value_or(""));
+  };
+  return looks * (1 + std::count_if(named_.begin(), named_.end(), isReadAgain));
 }
 
 bool TemplateFiller::doNamesHoldBar() const {
