@@ -17,10 +17,10 @@ std::optional<std::string> TrackingDescriptor::filledAddress(std::string_view ac
 }
 
 std::size_t TrackingDescriptor::fillingCost(std::string_view action) const {
-  constexpr std::size_t looksPerByte = 2;  // as long as reading one takes, with all that follows
+  constexpr std::size_t looksPerRead = 2;  // as long as reading one takes, with all that follows
   const std::size_t size = descriptor_.stringView(keys::trackingURL).value_or("").size() +
                            descriptor_.stringView(action).value_or("").size();
-  return size * (1 + filler_.lengthsAcross() / looksPerByte);
+  return size * (1 + filler_.looksPerByte() / looksPerRead);
 }
 
 }  // namespace morvelune

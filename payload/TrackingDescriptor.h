@@ -18,8 +18,8 @@ class TrackingDescriptor {
   // The text of an action's address, its tags filled; it need not be a valid URL. Nothing when the
   // descriptor has no base address or no entry for the action.
   [[nodiscard]] std::optional<std::string> filledAddress(std::string_view action) const;
-  // What filling the address of an action costs, in about the time that it takes to read a byte;
-  // what the address grows by comes on top.
+  // What filling the address of an action costs at most, in about the time that reading a byte
+  // takes; what the address grows by comes on top.
   [[nodiscard]] std::size_t fillingCost(std::string_view action) const;
 
  private:

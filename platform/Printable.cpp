@@ -31,12 +31,17 @@ CodePoint leadingCodePoint(std::string_view text) {
   return {value, length};
 }
 
+bool isJoiner(unsigned codePoint) {
+  return codePoint == 0x200C || codePoint == 0x200D;
+}
+
 bool acts(unsigned codePoint) {
   const auto isIn = [codePoint](unsigned first, unsigned last) {
     return codePoint >= first && codePoint <= last;
   };
   return codePoint < 0x20 || isIn(0x7F, 0x9F) || codePoint == 0x061C || isIn(0x200E, 0x200F) ||
-         isIn(0x2028, 0x202E) || isIn(0x2066, 0x206F);
+         codePoint == 0x200B || isIn(0x2028, 0x202E) || isIn(0x2060, 0x2064) ||
+         isIn(0x2066, 0x206F) || codePoint == 0xFEFF || isIn(0xE0000, 0xE007F);
 }
 
 std::string escaped(const char* format, unsigned value) {
@@ -54,30 +59,45 @@ std::string escaped(unsigned codePoint) {
     case '\t':
       return "\\t";
     default:
-      return escaped("\\u%04X", codePoint);
+      if (codePoint < 0x10000) return escaped("\\u%04X", codePoint);
+      return escaped("\\u%04X", 0xD7C0 + (codePoint >> 10)) +  // UTF-16, as in JSON
+             escaped("\\u%04X", 0xDC00 + (codePoint & 0x3FF));
   }
+}
+
+bool isASCII(char byte) {
+  return static_cast<unsigned char>(byte) < 0x80;
+}
+
+std::string withEscapes(std::string_view text, bool areControlsKept) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const auto [codePoint, length] = leadingCodePoint(text.substr(at));
+    const std::size_t end = at + (length == 0 ? 1 : length);
+    const bool isAlone =
+        at == 0 || end == text.size() || isASCII(text[at - 1]) || isASCII(text[end]);
+    if (length == 0) {
+      result += escaped("\\x%02X", static_cast<unsigned char>(text[at]));
+    } else if ((acts(codePoint) && !(areControlsKept && codePoint < 0x20)) ||
+               (isJoiner(codePoint) && isAlone)) {
+      result += escaped(codePoint);
+    } else {
+      result += text.substr(at, length);
+    }
+    at = end;
+  }
+  return result;
 }
 
 }  // namespace
 
 std::string printable(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  while (!text.empty()) {
-    const auto [codePoint, length] = leadingCodePoint(text);
-    if (length == 0) {
-      result += escaped("\\x%02X", static_cast<unsigned char>(text.front()));
-      text.remove_prefix(1);
-      continue;
-    }
-    if (acts(codePoint)) {
-      result += escaped(codePoint);
-    } else {
-      result += text.substr(0, length);
-    }
-    text.remove_prefix(length);
-  }
-  return result;
+  return withEscapes(text, false);
+}
+
+std::string printableJson(std::string_view json) {
+  return withEscapes(json, true);
 }
 
 }  // namespace morvelune

@@ -62,18 +62,22 @@ class FillingTest : public ::testing::Test {
 };
 
 // Names that differ in case, hold a delimiter or are empty, tags that share a bar, values that
-// bring bars or let their surroundings grow together.
+// bring whole tags or let their surroundings grow together.
 TEST_F(FillingTest, GivesTheResultOfSomeOrder) {
   const Names pieces{"|", "|", "|", "%7c", "%7C", "a", "b", "B", "é", "É", "x", "7c", "%"};
   const Names keys{"", "a", "b", "B", "ab", "é", "É", "ax", "a|b", "|", "a%7cb", "xé"};
-  const Names values{"",  "",    "a",  "b",   "x",       "1",          "|",
-                     "é", "|a|", "b|", "%7c", "%7Cb%7c", kMVLNullValue};
+  const Names bars{"|", "|", "%7c", "%7c", "%7C"};
+  const Names values{"", "", "a", "b", "x", "7c", "%", "%7", "C", "|", "é", "b|", kMVLNullValue};
+  const auto tag = [&] { return oneOf(bars) + oneOf(keys) + oneOf(bars); };
   for (int i = 0; i < 20000; ++i) {
     std::string url;
-    for (std::size_t n = upTo(14); n > 0; --n) url += oneOf(pieces);
+    for (std::size_t n = upTo(14); n > 0; --n) url += upTo(3) == 0 ? tag() : oneOf(pieces);
     Dictionary parameters;
-    for (std::size_t n = upTo(4); n > 0; --n)
-      parameters = parameters.with(oneOf(keys), oneOf(values));
+    for (std::size_t n = upTo(4); n > 0; --n) {
+      std::string value = oneOf(values);
+      for (std::size_t tags = upTo(3); tags > 0 && value != kMVLNullValue; --tags) value += tag();
+      parameters = parameters.with(oneOf(keys), value);
+    }
     Names order;
     for (const auto& [key, value] : parameters) order.push_back(key);
     const bool required = upTo(1) == 1;

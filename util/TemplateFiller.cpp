@@ -96,6 +96,17 @@ bool beginsWith(std::string_view beginning, std::string_view text) {
          });
 }
 
+bool holdsBar(std::string_view text) {
+  return text.find(tagDelimiters[0]) != std::string_view::npos;
+}
+
+// How many bytes of an encoded delimiter the text ends with, when not with a whole one.
+std::size_t begunAtEnd(std::string_view text) {
+  std::size_t count = tagDelimiters[1].size() - 1;
+  while (!text.ends_with(tagDelimiters[1].substr(0, count))) --count;
+  return count;
+}
+
 // Where the delimiter stands; the text's end when it does not.
 std::size_t placeOf(std::string_view delimiter, std::string_view text) {
   for (std::size_t at = 0; (at = text.find(delimiter[0], at)) != std::string_view::npos; ++at) {
@@ -337,14 +348,25 @@ class TemplateFiller::Filling {
       insert(texts_.emplace_back(numberText(*parameter.given)));
     } else if (*text != kMVLNullValue) {
       insert(*text);
+    } else if (allParamsRequired_) {
+      return false;
     } else {
-      return !allParamsRequired_;
+      insert("");
     }
     return true;
   }
 
-  // A value may hold delimiters, so it is read like the template. What is viewed must stay.
+  // A value may hold delimiters, so it is read like the template. What is viewed must stay. Among
+  // encoded tags, it may let a plain one stand further on, which goes first: then all plain ones
+  // are filled before encoded ones are read again.
   void insert(std::string_view value) {
+    if (kinds_ > 1) {
+      if (filler_.doNamesHoldBar() || holdsBar(value)) {
+        kinds_ = 1;
+      } else {
+        value = joined(value);
+      }
+    }
     const bool isASCIIToo = isASCII(value);
     if (!isFolding_ && isASCIIToo && nextIn(value).kind == delimiterCount) {
       plain_ += value;
@@ -353,6 +375,29 @@ class TemplateFiller::Filling {
     if (!isFolding_ && !isASCIIToo) keepFolded();
     inputs_.push_back({value, {}, isASCIIToo});
     if (isFolding_) inputs_.back().folded = texts_.emplace_back(folded(value));
+  }
+
+  // The value with what surrounds it, as far as they form a delimiter together. That is taken out
+  // of what was read and of what is still to be read.
+  std::string_view joined(std::string_view value) {
+    const std::size_t before = begunAtEnd(plain_);
+    if (before == 0 && begunAtEnd(value) == 0) return value;
+    std::string text = plain_.substr(plain_.size() - before).append(value);
+    plain_.resize(plain_.size() - before);
+    if (isFolding_) folded_.resize(folded_.size() - before);
+    const std::string_view missing = tagDelimiters[1].substr(begunAtEnd(text));
+    const std::size_t end = text.size();
+    for (auto input = inputs_.rbegin(); input != inputs_.rend(); ++input) {
+      text += input->plain.substr(0, end + missing.size() - text.size());
+      if (text.size() == end + missing.size()) break;
+    }
+    const bool isWhole = beginsWith(missing, std::string_view(text).substr(end));
+    if (!isWhole) text.resize(end);
+    for (std::size_t left = isWhole ? missing.size() : 0; left > 0; --left) {
+      while (inputs_.back().plain.empty()) inputs_.pop_back();
+      skip(inputs_.back(), 1);
+    }
+    return texts_.emplace_back(std::move(text));
   }
 
   // From here on, with all that has been ASCII so far, or is the template.
@@ -386,10 +431,19 @@ std::optional<std::string> TemplateFiller::filled(std::string_view url,
   return Filling(*this, allParamsRequired).run(url);
 }
 
-std::size_t TemplateFiller::lengthsAcross() const {
-  std::size_t count = 0;
-  for (const auto& lengths : lengthsAcross_) count += lengths.size();
-  return count;
+std::size_t TemplateFiller::looksPerByte() const {
+  std::size_t looks = 1;
+  for (const auto& lengths : lengthsAcross_) {
+    for (const std::size_t length : lengths) looks += 1 + length;
+  }
+  const auto isReadAgain = [this](const Named& named) {
+    return doNamesHoldBar() || holdsBar(named.entry->value.stringView().value_or(""));
+  };
+  return looks * (1 + std::count_if(named_.begin(), named_.end(), isReadAgain));
+}
+
+bool TemplateFiller::doNamesHoldBar() const {
+  return !lengthsAcross_.empty() && !lengthsAcross_[0].empty();
 }
 
 bool TemplateFiller::isGiven(std::string_view key) const {

@@ -20,9 +20,9 @@ namespace morvelune {
 // whose tag never stood there count as visited last. Within one name, that differs in case only,
 // the given parameters come before the common ones.
 //
-// The time grows with the length of the template, of the parameters and of their values. Where
-// parameters' own names hold a delimiter, it grows also with the number of different lengths that
-// such names have.
+// The time grows with the length of the template, of the parameters and of their values, times
+// looksPerByte() at most. That is 1 unless parameters' own names hold a delimiter or their values
+// a bar.
 class TemplateFiller {
  public:
   // The given parameters, laid over the common ones. What is no text, number or boolean counts as
@@ -34,8 +34,11 @@ class TemplateFiller {
   [[nodiscard]] std::optional<std::string> filled(std::string_view url,
                                                   bool allParamsRequired) const;
 
-  // The number of different lengths of names that hold a delimiter.
-  [[nodiscard]] std::size_t lengthsAcross() const;
+  // How many bytes are looked at, at most, for each byte that is read. A name that holds a
+  // delimiter may be compared whole at each delimiter, once for all such names of one length. And
+  // all is read again when a value with a bar is put in for an encoded tag; for any value, when a
+  // name has one. The values of the common parameters are not counted.
+  [[nodiscard]] std::size_t looksPerByte() const;
 
  private:
   class Filling;
@@ -51,6 +54,7 @@ class TemplateFiller {
   // the name may be folded or ASCII in any case.
   static int compare(const Named& left, std::uint64_t beginning, std::string_view name);
 
+  [[nodiscard]] bool doNamesHoldBar() const;
   [[nodiscard]] bool isGiven(std::string_view key) const;
 
   const Dictionary parameters_;

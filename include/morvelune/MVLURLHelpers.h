@@ -30,8 +30,10 @@ class MORVELUNE_API MVLURLHelpers {
   // template.
   //
   // Keys are visited in no promised order; a value that holds another key's tag may or may not be
-  // filled in turn. The time grows with the length of all that is given. Only keys that hold a
-  // delimiter themselves cost more: a look per tag for each different length that they have.
+  // filled in turn. The time grows with the length of all that is given. Two things cost more. Keys
+  // that hold a delimiter themselves may be compared whole at each delimiter, once per length that
+  // such keys have. A value that holds a bar and is put in for an encoded tag has all read again;
+  // where keys hold bars, any value that is put in for an encoded tag has.
   [[nodiscard]] static std::optional<std::string> filledURL(
       std::optional<std::string_view> url, const std::optional<Dictionary>& parameters,
       bool allParamsRequired);

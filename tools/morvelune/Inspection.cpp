@@ -18,6 +18,7 @@
 #include "payload/PayloadKeys.h"
 #include "payload/TrackingDescriptor.h"
 #include "platform/linux/SuggestedFilename.h"
+#include "tools/morvelune/Json.h"
 #include "tools/morvelune/TextTable.h"
 #include "util/Tags.h"
 
@@ -169,10 +170,11 @@ class Inspector {
     std::size_t cost = 0;
     for (const auto& [key, entry] : descriptor) {
       if (key == keys::trackingURL || key == keys::trackingParams) continue;
+      cost += addresses.fillingCost(key);
       if (cost > mostAddressCost) {
         ++result_.tracking.more;
       } else {
-        cost += addresses.fillingCost(key) + inspectAction(descriptor, key, entry, addresses);
+        cost += inspectAction(descriptor, key, entry, addresses);
       }
     }
     findUnfilledTags();
@@ -180,7 +182,7 @@ class Inspector {
     if (!descriptor.contains(display)) findMissingAddress(display, whyNoText(descriptor, display));
   }
 
-  // Gives the size of the address.
+  // Gives what the address takes, filled and in the report. There, a character may take six bytes.
   std::size_t inspectAction(const Dictionary& descriptor, const std::string& name,
                             const Value& entry, const TrackingDescriptor& addresses) {
     expect({Type::string}, entry, join(keys::tracking, name));
@@ -196,8 +198,10 @@ class Inspector {
       findMissingAddress(name, whyNoURL(filled, unfilled));
     }
     for (const std::string& tag : unfilled) action.unfilled.add(tag, mostUnfilledListed);
+    const std::size_t written =
+        dump(orNull(action.url)).size() + dump(action.unfilled.entries).size();
     result_.tracking.add(std::move(action), mostListed);
-    return filled.size();
+    return filled.size() + written;
   }
 
   // A tag that several actions leave unfilled is one finding, at the first of them.

@@ -102,7 +102,7 @@ ordered_json moreJson(const Inspection& inspection) {
   add("tracking", inspection.tracking.more);
   add("attachments", inspection.attachments.more);
   add("buttons", inspection.buttons.more);
-  for (const auto& [code, count] : inspection.findings.more()) more["findings"][code] = count;
+  if (!inspection.findings.more().empty()) more["findings"] = moreJson(inspection.findings);
   return more;
 }
 
@@ -137,6 +137,12 @@ std::string findingsText(const Findings& findings) {
   }
   for (const auto& [code, count] : findings.more()) text += andMore(count, code);
   return text;
+}
+
+ordered_json moreJson(const Findings& findings) {
+  ordered_json more = ordered_json::object();
+  for (const auto& [code, count] : findings.more()) more[code] = count;
+  return more;
 }
 
 ordered_json findingsJson(const Findings& findings) {

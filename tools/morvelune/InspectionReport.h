@@ -17,5 +17,7 @@ namespace morvelune::tool {
 // The findings alone, below a heading; empty when there are none.
 [[nodiscard]] std::string findingsText(const Findings& findings);
 [[nodiscard]] nlohmann::ordered_json findingsJson(const Findings& findings);
+// How many findings of each code are not there; empty when all are.
+[[nodiscard]] nlohmann::ordered_json moreJson(const Findings& findings);
 
 }  // namespace morvelune::tool

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Printable.h"
+
 namespace morvelune::tool {
 namespace {
 
@@ -58,7 +60,7 @@ ordered_json toJson(const Value& value) {
 
 std::string dump(const ordered_json& json, int indent) {
   if (indent > 0 && isDeeperThan(json, deepestIndented)) indent = -1;
-  return json.dump(indent, ' ', false, ordered_json::error_handler_t::replace);
+  return printableJson(json.dump(indent, ' ', false, ordered_json::error_handler_t::replace));
 }
 
 }  // namespace morvelune::tool

@@ -21,7 +21,7 @@ template <typename T>
 
 // As text; on one line, unless `indent` says how many blanks a level is indented by and there are
 // no more than 16 levels. What a server or a file system says need not be UTF-8: bad bytes are
-// replaced rather than thrown at.
+// replaced rather than thrown at. What acts on a terminal or hides is written as escapes.
 [[nodiscard]] std::string dump(const nlohmann::ordered_json& json, int indent = -1);
 
 }  // namespace morvelune::tool

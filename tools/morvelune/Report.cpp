@@ -167,11 +167,14 @@ std::string jsonReport(const Report& report) {
   for (const RecordedRequest& request : report.outcome.recording.requests) {
     requests.push_back(requestJson(request));
   }
-  const ordered_json json{{"recognised", report.recognised},
-                          {"deliveries", std::move(deliveries)},
-                          {"requests", std::move(requests)},
-                          {"log", report.outcome.recording.log},
-                          {"findings", findingsJson(report.findings)}};
+  ordered_json json{{"recognised", report.recognised},
+                    {"deliveries", std::move(deliveries)},
+                    {"requests", std::move(requests)},
+                    {"log", report.outcome.recording.log},
+                    {"findings", findingsJson(report.findings)}};
+  if (ordered_json more = moreJson(report.findings); !more.empty()) {
+    json["more"]["findings"] = std::move(more);
+  }
   return dump(json) + '\n';
 }
 
