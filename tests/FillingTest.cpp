@@ -7,6 +7,7 @@
 
 #include "morvelune/MVLConstants.h"
 #include "morvelune/MVLURLHelpers.h"
+#include "support/CountingText.h"
 #include "support/InMemoryPlatform.h"
 
 namespace morvelune::testing {
@@ -27,30 +28,6 @@ Filled slowlyFilled(std::string url, const Names& order, const Dictionary& param
   }
   return url;
 }
-
-// Counts what the platform has to look at.
-class CountingText : public Text {
- public:
-  NSRange rangeIgnoringCase(std::string_view pattern, std::string_view text) const override {
-    lookedAt += text.size();
-    return native_->rangeIgnoringCase(pattern, text);
-  }
-  std::string caseFolded(std::string_view text) const override {
-    lookedAt += text.size();
-    return native_->caseFolded(text);
-  }
-  bool matches(std::string_view, std::string_view) const override { return false; }
-  double doubleValue(std::string_view) const override { return 0; }
-  std::string fixedNotation(double) const override { return ""; }
-  std::string addingPercentEncodingForQuery(std::string_view) const override { return ""; }
-  std::string addingPercentEscapes(std::string_view) const override { return ""; }
-  Filled removingPercentEncoding(std::string_view) const override { return ""; }
-
-  mutable std::size_t lookedAt = 0;
-
- private:
-  const std::shared_ptr<Text> native_ = Platform::native()->text;
-};
 
 class FillingTest : public ::testing::Test {
  protected:
