@@ -56,7 +56,7 @@ int open(const char* path, int flags, ...) {
   return reinterpret_cast<Open*>(dlsym(RTLD_NEXT, "open"))(path, flags, S_IRUSR | S_IWUSR);
 }
 
-int mkostemps(char* path, int suffix, int flags) noexcept {
+int mkostemps(char* path, int suffix, int flags) {
   if (fails("open")) return failed(EMFILE);
   return next(&mkostemps, "mkostemps", path, suffix, flags);
 }
