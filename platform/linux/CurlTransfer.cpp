@@ -217,7 +217,8 @@ FinishedTransfer CurlTransfer::fail(Error error) {
   return failedWith(std::move(error), std::move(request_));
 }
 
-// Whether the system gave no socket, or no thread to look up the name on.
+// Whether the system gave no socket, or no thread to look up the name on. The latter libcurl tells
+// in words only; a text that it words otherwise one day is told as a missing host.
 bool CurlTransfer::isStarved(CURLcode result) const {
   if (result == CURLE_COULDNT_CONNECT) return hasNoSocket_;
   const std::string_view said = said_.data();

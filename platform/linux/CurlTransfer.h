@@ -94,7 +94,7 @@ class CurlTransfer {
   std::vector<std::byte> data_;
   std::int64_t received_ = 0;  // bytes of the decoded body
   bool hasNoSocket_ = false;
-  std::int64_t headerBytes_ = 0;  // of all answers, redirects and trailers included
+  std::int64_t headerBytes_ = 0;  // of all answers, and what keeping their lines takes
   std::optional<Error> failure_;  // why one of libcurl's callbacks refused
 };
 
